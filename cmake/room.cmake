@@ -1,0 +1,16 @@
+# The rules every target keeps: warnings are errors, and the sanitizers asked for.
+add_library(tolvenary_rules INTERFACE)
+target_compile_options(tolvenary_rules INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Werror)
+if(TOLVENARY_SANITIZE)
+  target_compile_options(tolvenary_rules INTERFACE -fsanitize=${TOLVENARY_SANITIZE} -fno-omit-frame-pointer)
+  target_link_options(tolvenary_rules INTERFACE -fsanitize=${TOLVENARY_SANITIZE})
+endif()
+
+# tolvenary_room(NAME SOURCES ... [LINKS ...] [PRIVATE_LINKS ...]): one room of the house as a static library.
+# LINKS are the rooms and libraries that its headers may include, PRIVATE_LINKS those that only its sources may.
+function(tolvenary_room name)
+  cmake_parse_arguments(room "" "" "SOURCES;LINKS;PRIVATE_LINKS" ${ARGN})
+  add_library(${name} STATIC ${room_SOURCES})
+  target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR})
+  target_link_libraries(${name} PUBLIC ${room_LINKS} PRIVATE ${room_PRIVATE_LINKS} tolvenary_rules)
+endfunction()

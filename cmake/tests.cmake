@@ -1,0 +1,18 @@
+include(GoogleTest)
+
+# tolvenary_test(NAME LABEL unit|session|window SOURCES ... LINKS ... [TIMEOUT seconds]): one test program, each of its
+# tests known to CTest under the label.
+function(tolvenary_test name)
+  cmake_parse_arguments(test "" "LABEL;TIMEOUT" "SOURCES;LINKS" ${ARGN})
+  if(NOT test_TIMEOUT)
+    set(test_TIMEOUT 60)
+  endif()
+  add_executable(${name} ${test_SOURCES})
+  target_link_libraries(${name} PRIVATE ${test_LINKS} GTest::gmock GTest::gtest GTest::gtest_main tolvenary_rules)
+  gtest_discover_tests(
+    ${name}
+    TEST_PREFIX "${name}."
+    DISCOVERY_TIMEOUT 60
+    PROPERTIES LABELS ${test_LABEL} TIMEOUT ${test_TIMEOUT}
+  )
+endfunction()

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "platform/audio/av_audio_io_nodes.h"
+#include "platform/error.h"
+
+#include <memory>
+#include <vector>
+
+namespace tolvenary
+{
+
+/// A graph of nodes between an input and an output of the system. Thread: main.
+///
+/// reset() takes it back to an empty, stopped graph without input or output unit; nodes attached before may be attached
+/// again. start() runs it; stop() returns when no callback runs any more.
+class AVAudioEngine
+{
+  public:
+    explicit AVAudioEngine(AudioUnits &units);
+    ~AVAudioEngine();
+
+    /// Made on first use, with a new unit; never fails, but the node's unit may be missing.
+    AVAudioOutputNode &outputNode();
+    AVAudioInputNode &inputNode();
+
+    /// The engine refers to the node until reset().
+    void attachNode(AVAudioNode &node);
+    /// The engine owns the node until reset().
+    AVAudioNode &attachNode(std::shared_ptr<AVAudioNode> node);
+
+    void connect(AVAudioNode &source, AVAudioNode &destination, const AVAudioFormat &format);
+    void connect(AVAudioNode &source, AVAudioNode &destination, std::uint32_t fromBus, std::uint32_t toBus,
+                 const AVAudioFormat &format);
+
+    /// Makes all memory that the run will need.
+    void prepare();
+    /// Starts the units; a failure carries the unit's status (NSOSStatusErrorDomain) and leaves the engine stopped.
+    Result<void> startAndReturnError();
+    void stop();
+    void reset();
+    bool isRunning() const;
+};
+
+} // namespace tolvenary

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "platform/audio/av_audio_pcm_buffer.h"
+
+#include <atomic>
+#include <vector>
+
+namespace tolvenary
+{
+
+/// A fixed set of buffers, made and touched before the run. It must outlive every buffer made from it.
+/// Buffers may be made on one thread and dropped on another: the free list is lock-free (indices with a tag).
+class AVAudioPCMBufferPool
+{
+  public:
+    /// `slotBytes` bounds the samples of one buffer, all channels together.
+    AVAudioPCMBufferPool(std::uint32_t slots, std::size_t slotBytes);
+    ~AVAudioPCMBufferPool();
+
+    AVAudioPCMBufferPool(const AVAudioPCMBufferPool &) = delete;
+    AVAudioPCMBufferPool &operator=(const AVAudioPCMBufferPool &) = delete;
+
+    /// A buffer with frameLength 0 and undefined samples; empty when none is free or the samples do not fit in a
+    /// slot. real-time
+    AVAudioPCMBufferPtr make(const AVAudioFormat &format, std::uint32_t frameCapacity);
+
+    /// Buffers that could be made now. Thread: any; a snapshot.
+    std::uint32_t freeSlots() const;
+
+  private:
+    friend struct AVAudioPCMBufferRecycler;
+
+    // implementation: slots, storage, free list
+};
+
+} // namespace tolvenary

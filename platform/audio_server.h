@@ -1,0 +1,20 @@
+#pragma once
+
+#include <functional>
+
+namespace tolvenary
+{
+
+/// The sound server behind the other operations: somebody else's process, which may be slow, absent or hung.
+class AudioServer
+{
+  public:
+    virtual ~AudioServer() = default;
+
+    /// Asks the server for one round trip without blocking, and calls `done` on any thread as soon as all that it had
+    /// to tell is known, or once it is clear that it will not answer (at most a second). After a false, the operations
+    /// of the other interfaces fail at once instead of waiting, until the server answers again. Thread: main.
+    virtual void settle(std::function<void(bool answered)> done) = 0;
+};
+
+} // namespace tolvenary

@@ -1,0 +1,256 @@
+#include "platform/pipewire/connection.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <pipewire/pipewire.h>
+#include <utility>
+
+namespace tolvenary
+{
+
+namespace
+{
+
+constexpr auto answerTime = std::chrono::seconds(1);
+constexpr auto retryTime = std::chrono::milliseconds(300);
+
+timespec toTimespec(std::chrono::nanoseconds time)
+{
+    const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(time);
+    return {static_cast<time_t>(seconds.count()), static_cast<long>((time - seconds).count())};
+}
+
+} // namespace
+
+struct Connection::RoundTrip {
+    int sequence = 0;
+    int answersMissing = 2;
+    std::chrono::steady_clock::time_point deadline;
+    std::function<void(bool)> done;
+};
+
+// The control thread's loop with its event sources.
+struct Connection::Loop {
+    explicit Loop(Connection &owner);
+    ~Loop();
+    Loop(const Loop &) = delete;
+    Loop &operator=(const Loop &) = delete;
+
+    pw_loop *loop() const { return pw_thread_loop_get_loop(thread.get()); }
+    void arm(spa_source *timer, std::chrono::nanoseconds delay) const;
+
+    Connection &owner;
+    PwHandle<pw_thread_loop> thread;
+    PwHandle<pw_context> context;
+    spa_source *connectTimer = nullptr;
+    spa_source *answerTimer = nullptr;
+    spa_source *updateEvent = nullptr;
+    pw_core_events coreEvents{};
+};
+
+Connection::Loop::Loop(Connection &connection)
+    : owner(connection), thread(pw_thread_loop_new("tolvenary-control", nullptr))
+{
+    connectTimer = pw_loop_add_timer(
+        loop(), [](void *data, std::uint64_t) { static_cast<Connection *>(data)->connect(); }, &owner);
+    answerTimer = pw_loop_add_timer(
+        loop(), [](void *data, std::uint64_t) { static_cast<Connection *>(data)->roundTripsTimedOut(); }, &owner);
+    updateEvent = pw_loop_add_event(
+        loop(), [](void *data, std::uint64_t) { static_cast<Connection *>(data)->m_observer.update(); }, &owner);
+
+    coreEvents.version = PW_VERSION_CORE_EVENTS;
+    coreEvents.done = [](void *data, std::uint32_t id, int sequence) {
+        if (id == PW_ID_CORE)
+            static_cast<Connection *>(data)->answered(sequence);
+    };
+    coreEvents.error = [](void *data, std::uint32_t id, int, int result, const char *) {
+        auto *self = static_cast<Connection *>(data);
+        if (id == PW_ID_CORE && result == -EPIPE)
+            self->lost();
+        else if (result == -EACCES)
+            self->denied();
+    };
+}
+
+Connection::Loop::~Loop()
+{
+    pw_thread_loop_stop(thread.get());
+    for (spa_source *source : {connectTimer, answerTimer, updateEvent})
+        pw_loop_destroy_source(loop(), source);
+    context.reset();
+}
+
+void Connection::Loop::arm(spa_source *timer, std::chrono::nanoseconds delay) const
+{
+    timespec when = toTimespec(delay);
+    pw_loop_update_timer(loop(), timer, &when, nullptr, false);
+}
+
+Connection::Lock::Lock(const Connection &connection) : m_loop(connection.m_loop->thread.get())
+{
+    pw_thread_loop_lock(m_loop);
+}
+
+Connection::Lock::~Lock()
+{
+    pw_thread_loop_unlock(m_loop);
+}
+
+Connection::Connection(Observer &observer) : m_observer(observer), m_loop(std::make_unique<Loop>(*this)) {}
+
+Connection::~Connection()
+{
+    close();
+}
+
+void Connection::open()
+{
+    m_loop->arm(m_loop->connectTimer, std::chrono::nanoseconds(1));
+    pw_thread_loop_start(m_loop->thread.get());
+}
+
+void Connection::close()
+{
+    pw_thread_loop_stop(m_loop->thread.get());
+    disconnect();
+    m_loop->context.reset();
+}
+
+void Connection::connect()
+{
+    disconnect();
+    if (!m_loop->context) {
+        // Made on this thread because it asks for real-time rights, which may take a while.
+        m_loop->context.reset(pw_context_new(
+            m_loop->loop(),
+            pw_properties_new(PW_KEY_CONFIG_NAME, "client-rt.conf", "cpu.zero.denormals", "true", nullptr), 0));
+    }
+    if (m_loop->context) {
+        m_core.reset(
+            pw_context_connect(m_loop->context.get(),
+                               pw_properties_new(PW_KEY_APP_NAME, "Tolvenary", PW_KEY_APP_ID, "com.tolvenary.app",
+                                                 PW_KEY_APP_ICON_NAME, "com.tolvenary.app", nullptr),
+                               0));
+    }
+    m_isTrying = false;
+    if (!m_core) {
+        m_loop->arm(m_loop->connectTimer, retryTime);
+        failRoundTrips();
+        return;
+    }
+    m_responsive = true;
+    m_coreHook = makeHook();
+    pw_core_add_listener(m_core.get(), m_coreHook.get(), &m_loop->coreEvents, this);
+    m_observer.connected(m_core.get());
+    for (RoundTrip &trip : m_roundTrips)
+        trip.sequence = pw_core_sync(m_core.get(), PW_ID_CORE, 0);
+    wake();
+}
+
+void Connection::disconnect()
+{
+    if (!m_core)
+        return;
+    m_observer.disconnecting();
+    m_coreHook.reset();
+    m_core.reset();
+    failRoundTrips();
+}
+
+void Connection::lost()
+{
+    // The core is in the middle of telling us: it is dropped, and made anew, when it has finished.
+    m_responsive = false;
+    m_loop->arm(m_loop->connectTimer, std::chrono::nanoseconds(1));
+    wake();
+}
+
+void Connection::denied()
+{
+    m_observer.accessDenied();
+    // The refusal is an answer too, and the only one that a client without any right will get.
+    finishRoundTrips([](const RoundTrip &) { return true; }, true);
+}
+
+OSStatus Connection::waitUntil(FunctionRef<bool()> condition, std::chrono::nanoseconds recheck)
+{
+    const auto deadline = std::chrono::steady_clock::now() + answerTime;
+    while (!condition()) {
+        if (!m_core)
+            return -ENOTCONN;
+        if (!m_responsive)
+            return -ETIMEDOUT;
+        if (std::chrono::steady_clock::now() >= deadline) {
+            m_responsive = false;
+            roundTrip([](bool) {});
+            return -ETIMEDOUT;
+        }
+        timespec until{};
+        pw_thread_loop_get_time(m_loop->thread.get(), &until, recheck.count());
+        pw_thread_loop_timed_wait_full(m_loop->thread.get(), &until);
+    }
+    return noErr;
+}
+
+void Connection::wake()
+{
+    pw_thread_loop_signal(m_loop->thread.get(), false);
+}
+
+void Connection::scheduleUpdate()
+{
+    pw_loop_signal_event(m_loop->loop(), m_loop->updateEvent);
+}
+
+void Connection::roundTrip(std::function<void(bool answered)> done)
+{
+    if (!m_core && !m_isTrying) {
+        done(false);
+        return;
+    }
+    const auto deadline = std::chrono::steady_clock::now() + answerTime;
+    const int sequence = m_core ? pw_core_sync(m_core.get(), PW_ID_CORE, 0) : 0;
+    m_roundTrips.push_back({sequence, 2, deadline, std::move(done)});
+    m_loop->arm(m_loop->answerTimer, answerTime);
+}
+
+void Connection::answered(int sequence)
+{
+    m_responsive = true;
+    for (RoundTrip &trip : m_roundTrips) {
+        if (trip.sequence == sequence && --trip.answersMissing > 0)
+            trip.sequence = pw_core_sync(m_core.get(), PW_ID_CORE, 0);
+    }
+    finishRoundTrips([](const RoundTrip &trip) { return trip.answersMissing == 0; }, true);
+}
+
+void Connection::roundTripsTimedOut()
+{
+    const auto now = std::chrono::steady_clock::now();
+    const auto isLate = [now](const RoundTrip &trip) { return trip.deadline <= now; };
+    if (std::ranges::any_of(m_roundTrips, isLate))
+        m_responsive = false;
+    finishRoundTrips(isLate, false);
+    if (!m_roundTrips.empty())
+        m_loop->arm(m_loop->answerTimer, m_roundTrips.front().deadline - now);
+}
+
+void Connection::failRoundTrips()
+{
+    finishRoundTrips([](const RoundTrip &) { return true; }, false);
+}
+
+template <typename Selected> void Connection::finishRoundTrips(Selected selected, bool answered)
+{
+    std::vector<RoundTrip> finished;
+    for (RoundTrip &trip : m_roundTrips) {
+        if (selected(trip))
+            finished.push_back(std::move(trip));
+    }
+    std::erase_if(m_roundTrips, [](const RoundTrip &trip) { return !trip.done; });
+    for (const RoundTrip &trip : finished)
+        trip.done(answered);
+    wake();
+}
+
+} // namespace tolvenary

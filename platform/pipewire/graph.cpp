@@ -1,0 +1,118 @@
+#include "platform/pipewire/graph.h"
+
+#include <algorithm>
+
+namespace tolvenary
+{
+
+namespace
+{
+
+void sortByIndex(std::vector<const GraphPort *> &ports)
+{
+    std::ranges::sort(ports, {}, [](const GraphPort *port) { return port->index; });
+}
+
+} // namespace
+
+const GraphNode *Graph::node(GlobalId id) const
+{
+    const auto found = nodes.find(id);
+    return found == nodes.end() ? nullptr : &found->second;
+}
+
+const GraphPort *Graph::port(GlobalId id) const
+{
+    const auto found = ports.find(id);
+    return found == ports.end() ? nullptr : &found->second;
+}
+
+const GraphNode *Graph::nodeNamed(const std::string &name) const
+{
+    const GraphNode *newest = nullptr;
+    for (const auto &[id, node] : nodes) {
+        if (node.name == name && (newest == nullptr || node.serial > newest->serial))
+            newest = &node;
+    }
+    return newest;
+}
+
+bool Graph::isSink(const GraphNode &node) const
+{
+    return node.mediaClass == "Audio/Sink" || node.mediaClass == "Audio/Duplex";
+}
+
+bool Graph::isDevice(const GraphNode &node) const
+{
+    return isSink(node) || node.mediaClass == "Audio/Source" || node.mediaClass == "Audio/Source/Virtual";
+}
+
+std::vector<const GraphNode *> Graph::devices() const
+{
+    std::vector<const GraphNode *> found;
+    for (const auto &[id, node] : nodes) {
+        if (isDevice(node))
+            found.push_back(&node);
+    }
+    std::ranges::sort(found, {}, [](const GraphNode *node) { return node->serial; });
+    return found;
+}
+
+std::vector<const GraphPort *> Graph::portsOf(GlobalId nodeId, PortDirection direction) const
+{
+    std::vector<const GraphPort *> found;
+    for (const auto &[id, port] : ports) {
+        if (port.nodeId == nodeId && port.direction == direction && !port.isMonitor)
+            found.push_back(&port);
+    }
+    sortByIndex(found);
+    return found;
+}
+
+std::vector<const GraphPort *> Graph::playbackPorts(const GraphNode &node) const
+{
+    if (!isSink(node))
+        return {};
+    return portsOf(node.id, PortDirection::input);
+}
+
+std::vector<const GraphPort *> Graph::capturePorts(const GraphNode &node) const
+{
+    std::vector<const GraphPort *> own = portsOf(node.id, PortDirection::output);
+    if (!own.empty())
+        return own;
+    for (const auto &[id, port] : ports) {
+        if (port.nodeId == node.id && port.direction == PortDirection::output)
+            own.push_back(&port);
+    }
+    sortByIndex(own);
+    return own;
+}
+
+std::vector<GlobalId> Graph::upstreamOf(const GraphNode &node) const
+{
+    std::vector<GlobalId> found;
+    for (const auto &[id, link] : links) {
+        const GraphPort *into = port(link.inputPort);
+        const GraphPort *outOf = port(link.outputPort);
+        if (into != nullptr && outOf != nullptr && into->nodeId == node.id)
+            found.push_back(outOf->nodeId);
+    }
+    if (node.linkGroup.empty())
+        return found;
+    for (const auto &[id, other] : nodes) {
+        if (id != node.id && other.linkGroup == node.linkGroup)
+            found.push_back(id);
+    }
+    return found;
+}
+
+std::optional<std::int32_t> Graph::processOf(const GraphNode &node) const
+{
+    if (!node.clientId)
+        return std::nullopt;
+    const auto client = clients.find(*node.clientId);
+    return client == clients.end() ? std::nullopt : client->second.processId;
+}
+
+} // namespace tolvenary

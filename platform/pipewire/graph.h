@@ -1,0 +1,112 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace tolvenary
+{
+
+/// What we know of the server's objects. Plain data: filled by Registry, read by everybody under the control lock.
+using GlobalId = std::uint32_t;
+
+struct GraphClient {
+    std::uint64_t serial = 0;
+    std::optional<std::int32_t> processId; ///< of the application itself, also when it speaks through the pulse server
+    std::string applicationName;
+    std::string binary;
+};
+
+struct GraphNode {
+    GlobalId id = 0;
+    std::uint64_t serial = 0;
+    std::string name;
+    std::string description;
+    std::string nick;
+    std::string mediaClass;
+    std::string linkGroup; ///< nodes of one group pass sound on inside their process (loopbacks, filter chains)
+    std::optional<GlobalId> clientId;
+};
+
+enum class PortDirection { input, output };
+
+struct GraphPort {
+    GlobalId id = 0;
+    GlobalId nodeId = 0;
+    std::uint32_t index = 0; ///< place among the node's ports of that direction
+    PortDirection direction = PortDirection::input;
+    bool isMonitor = false;
+    std::string name;
+    std::string channel; ///< "FL", "MONO", "AUX3" …; empty where unknown
+};
+
+struct GraphLink {
+    GlobalId outputPort = 0;
+    GlobalId inputPort = 0;
+
+    friend auto operator<=>(const GraphLink &, const GraphLink &) = default;
+};
+
+class Graph
+{
+  public:
+    std::map<GlobalId, GraphClient> clients;
+    std::map<GlobalId, GraphNode> nodes;
+    std::map<GlobalId, GraphPort> ports;
+    std::map<GlobalId, GraphLink> links;
+    std::string defaultSourceName; ///< empty while there is none
+    std::uint32_t configuredRate = 0;
+    std::uint32_t forcedRate = 0;
+
+    void clear() { *this = Graph(); }
+
+    const GraphNode *node(GlobalId id) const;
+    const GraphPort *port(GlobalId id) const;
+    /// The newest node of that name: after a device came back its predecessor may linger for a moment.
+    const GraphNode *nodeNamed(const std::string &name) const;
+
+    /// The nodes that are devices, in the order in which they came.
+    std::vector<const GraphNode *> devices() const;
+    bool isDevice(const GraphNode &node) const;
+    bool isSink(const GraphNode &node) const;
+
+    /// The node's ports of one direction in their order; monitors are left out.
+    std::vector<const GraphPort *> portsOf(GlobalId nodeId, PortDirection direction) const;
+    /// Where sound goes into a device: none for a source, whatever ports it has.
+    std::vector<const GraphPort *> playbackPorts(const GraphNode &node) const;
+    /// Where sound comes out of a device: its own outputs, else its monitors.
+    std::vector<const GraphPort *> capturePorts(const GraphNode &node) const;
+
+    /// True when what comes out of `node` has come, through links and through loopbacks, out of a node for which
+    /// `matches` holds, or when it holds for `node` itself.
+    template <typename Matches> bool carriesSoundOf(const GraphNode &node, Matches matches) const;
+
+    std::optional<std::int32_t> processOf(const GraphNode &node) const;
+
+  private:
+    std::vector<GlobalId> upstreamOf(const GraphNode &node) const;
+};
+
+template <typename Matches> bool Graph::carriesSoundOf(const GraphNode &node, Matches matches) const
+{
+    std::vector<GlobalId> found{node.id};
+    for (std::size_t next = 0; next < found.size(); ++next) {
+        const GraphNode *current = this->node(found[next]);
+        if (current == nullptr)
+            continue;
+        if (matches(*current))
+            return true;
+        for (const GlobalId id : upstreamOf(*current)) {
+            bool known = false;
+            for (const GlobalId seen : found)
+                known = known || seen == id;
+            if (!known)
+                found.push_back(id);
+        }
+    }
+    return false;
+}
+
+} // namespace tolvenary

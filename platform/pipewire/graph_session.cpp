@@ -1,0 +1,216 @@
+#include "platform/pipewire/graph_session.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <pipewire/pipewire.h>
+#include <unistd.h>
+
+namespace tolvenary
+{
+
+namespace
+{
+
+const std::string deviceKey = "device ";
+const std::string clientKey = "client ";
+
+std::string lastingName(const std::string &key, const std::string &prefix)
+{
+    return key.starts_with(prefix) ? key.substr(prefix.size()) : std::string();
+}
+
+} // namespace
+
+GraphSession::GraphSession() : m_group("tolvenary-" + std::to_string(getpid())), m_connection(*this)
+{
+    m_connection.open();
+}
+
+GraphSession::~GraphSession()
+{
+    m_connection.close();
+}
+
+void GraphSession::connected(pw_core *core)
+{
+    const auto changed = [this] { m_connection.scheduleUpdate(); };
+    m_isDenied = false;
+    m_registry = std::make_unique<Registry>(core, m_graph, changed);
+    m_linker = std::make_unique<Linker>(core, changed);
+    m_rights = std::make_unique<ClientRights>(core, [this] { m_connection.wake(); });
+    for (const auto &[node, role] : m_nodes)
+        node->realize(core);
+}
+
+void GraphSession::disconnecting()
+{
+    m_linker.reset();
+    for (const auto &[node, role] : m_nodes)
+        node->release();
+    m_rights.reset();
+    m_registry.reset();
+}
+
+void GraphSession::accessDenied()
+{
+    // Links and binds are refused one by one, too; what counts as a denial is a client that may not even be told its
+    // own rights.
+    if (m_rights && m_rights->answers() == 0)
+        m_isDenied = true;
+}
+
+void GraphSession::update()
+{
+    if (m_linker)
+        m_linker->setWanted(plannedLinks());
+    m_connection.wake();
+}
+
+void GraphSession::add(FilterNode &node, NodeRole role)
+{
+    m_nodes.insert_or_assign(&node, std::move(role));
+    if (m_connection.core() != nullptr)
+        node.realize(m_connection.core());
+}
+
+void GraphSession::setRole(FilterNode &node, NodeRole role)
+{
+    m_nodes.insert_or_assign(&node, std::move(role));
+    update();
+}
+
+void GraphSession::remove(FilterNode &node)
+{
+    m_nodes.erase(&node);
+    node.release();
+    update();
+}
+
+LinkWishes GraphSession::wishes() const
+{
+    LinkWishes wishes;
+    for (const auto &[node, role] : m_nodes) {
+        const std::optional<GlobalId> id = node->nodeId();
+        if (!id)
+            continue;
+        if (const auto *output = std::get_if<OutputRole>(&role))
+            wishes.outputs.push_back({*id, output->deviceName});
+        else if (const auto *tap = std::get_if<TapRole>(&role))
+            wishes.taps.push_back({*id, tap->excludedProcesses});
+        else
+            wishes.inputs.push_back({*id});
+    }
+    return wishes;
+}
+
+bool GraphSession::isThere(const FilterNode &node) const
+{
+    const std::optional<GlobalId> id = node.nodeId();
+    if (!id || m_graph.node(*id) == nullptr)
+        return false;
+    const std::size_t ports =
+        m_graph.portsOf(*id, PortDirection::input).size() + m_graph.portsOf(*id, PortDirection::output).size();
+    return ports == node.spec().ports.size();
+}
+
+OSStatus GraphSession::waitUntilThere(const FilterNode &node)
+{
+    const OSStatus status = m_connection.waitUntil([&] { return node.hasFailed() || isThere(node); });
+    return status == noErr && node.hasFailed() ? -EIO : status;
+}
+
+OSStatus GraphSession::linkStatus(const FilterNode &output) const
+{
+    const GlobalId id = output.nodeId().value_or(PW_ID_ANY);
+    std::size_t made = 0;
+    for (const GraphLink &link : plannedLinks()) {
+        const GraphPort *port = m_graph.port(link.outputPort);
+        if (port == nullptr || port->nodeId != id)
+            continue;
+        if (const OSStatus status = m_linker ? m_linker->statusOf(link) : -ENOTCONN; status != noErr)
+            return status;
+        const bool isMade = std::ranges::any_of(m_graph.links, [&](const auto &entry) { return entry.second == link; });
+        if (!isMade)
+            return -EAGAIN;
+        ++made;
+    }
+    return made > 0 ? noErr : -EAGAIN;
+}
+
+OSStatus GraphSession::waitUntilLinked(const FilterNode &output)
+{
+    const OSStatus status = m_connection.waitUntil([&] { return linkStatus(output) != -EAGAIN; });
+    return status == noErr ? linkStatus(output) : status;
+}
+
+void GraphSession::waitUntilRunning(const FilterNode &node)
+{
+    // The cycles run on the real-time thread, which must not wake us: look by ourselves.
+    m_connection.waitUntil([&] { return node.hasFailed() || node.observedRate() > 0; }, std::chrono::milliseconds(2));
+}
+
+AudioObjectID GraphSession::linkedDevice(const FilterNode &output)
+{
+    const std::optional<GlobalId> id = output.nodeId();
+    for (const auto &[linkId, link] : m_graph.links) {
+        const GraphPort *from = m_graph.port(link.outputPort);
+        const GraphPort *into = m_graph.port(link.inputPort);
+        if (from == nullptr || into == nullptr || !id || from->nodeId != *id)
+            continue;
+        const GraphNode *node = m_graph.node(into->nodeId);
+        if (node != nullptr && m_graph.isDevice(*node))
+            return deviceId(*node);
+    }
+    return kAudioObjectUnknown;
+}
+
+std::uint32_t GraphSession::rate() const
+{
+    for (const auto &[node, role] : m_nodes) {
+        if (node->observedRate() > 0)
+            return node->observedRate();
+    }
+    if (m_graph.forcedRate > 0)
+        return m_graph.forcedRate;
+    return m_graph.configuredRate > 0 ? m_graph.configuredRate : 48000;
+}
+
+void GraphSession::askForRights()
+{
+    if (m_rights)
+        m_rights->ask();
+}
+
+bool GraphSession::isCaptureDenied()
+{
+    if (m_connection.isResponsive() && m_rights && !m_isDenied) {
+        const unsigned before = m_rights->answers();
+        m_rights->ask();
+        m_connection.waitUntil([&] { return m_isDenied || !m_rights || m_rights->answers() != before; });
+    }
+    return m_isDenied || (m_rights && !m_rights->mayCapture().value_or(true));
+}
+
+const GraphNode *GraphSession::device(AudioObjectID id) const
+{
+    const std::string name = lastingName(m_ids.keyOf(id).value_or(""), deviceKey);
+    const GraphNode *node = name.empty() ? nullptr : m_graph.nodeNamed(name);
+    return node != nullptr && m_graph.isDevice(*node) ? node : nullptr;
+}
+
+AudioObjectID GraphSession::clientId(const GraphClient &client)
+{
+    return m_ids.idOf(clientKey + std::to_string(client.serial));
+}
+
+const GraphClient *GraphSession::client(AudioObjectID id) const
+{
+    const std::string serial = lastingName(m_ids.keyOf(id).value_or(""), clientKey);
+    for (const auto &[globalId, client] : m_graph.clients) {
+        if (std::to_string(client.serial) == serial)
+            return &client;
+    }
+    return nullptr;
+}
+
+} // namespace tolvenary

@@ -1,0 +1,101 @@
+#pragma once
+
+#include "platform/pipewire/client_rights.h"
+#include "platform/pipewire/connection.h"
+#include "platform/pipewire/filter_node.h"
+#include "platform/pipewire/graph.h"
+#include "platform/pipewire/link_plan.h"
+#include "platform/pipewire/linker.h"
+#include "platform/pipewire/object_ids.h"
+#include "platform/pipewire/registry.h"
+
+#include <set>
+#include <variant>
+
+namespace tolvenary
+{
+
+/// What one of our nodes is for, and so what it is to be linked with.
+struct OutputRole {
+    std::string deviceName; ///< empty: to nothing
+};
+struct InputRole {
+};
+struct TapRole {
+    std::set<std::int32_t> excludedProcesses;
+};
+using NodeRole = std::variant<OutputRole, InputRole, TapRole>;
+
+/// Our part of the server's graph: the nodes that we want to be there and their links. Says what shall be; whenever
+/// something changes, on our side or the server's, it makes it so, also after the server has been restarted.
+class GraphSession final : private Connection::Observer
+{
+  public:
+    GraphSession();
+    ~GraphSession() override;
+    GraphSession(const GraphSession &) = delete;
+    GraphSession &operator=(const GraphSession &) = delete;
+
+    Connection &connection() { return m_connection; }
+
+    /// The driver group that all our nodes share.
+    const std::string &group() const { return m_group; }
+
+    // All of these: under the control lock.
+
+    const Graph &graph() const { return m_graph; }
+    ObjectIds &ids() { return m_ids; }
+
+    /// The node must be removed before it is destroyed.
+    void add(FilterNode &node, NodeRole role);
+    void setRole(FilterNode &node, NodeRole role);
+    void remove(FilterNode &node);
+
+    /// Waits until the node and all its ports are in the graph.
+    OSStatus waitUntilThere(const FilterNode &node);
+    /// Waits until all links that an output node should have are there, or one has failed.
+    OSStatus waitUntilLinked(const FilterNode &output);
+    /// Waits until the node has run a cycle; not an error if it does not.
+    void waitUntilRunning(const FilterNode &node);
+
+    /// The device that the output node is really linked to, 0 if none.
+    AudioObjectID linkedDevice(const FilterNode &output);
+
+    /// The source that is our microphone now; null without one.
+    const GraphNode *microphone() const { return microphoneOf(m_graph, wishes()); }
+    /// The graph's rate: as our nodes see it, else as it is configured.
+    std::uint32_t rate() const;
+
+    /// Whether the server denies us other clients' sound; asks it, and waits for the answer if it is one that answers.
+    bool isCaptureDenied();
+    void askForRights();
+
+    AudioObjectID deviceId(const GraphNode &device) { return m_ids.idOf("device " + device.name); }
+    /// The device of that id, if it is there now.
+    const GraphNode *device(AudioObjectID id) const;
+    AudioObjectID clientId(const GraphClient &client);
+    const GraphClient *client(AudioObjectID id) const;
+
+  private:
+    void connected(pw_core *core) override;
+    void disconnecting() override;
+    void accessDenied() override;
+    void update() override;
+
+    LinkWishes wishes() const;
+    std::set<GraphLink> plannedLinks() const { return planLinks(m_graph, wishes()); }
+    bool isThere(const FilterNode &node) const;
+    OSStatus linkStatus(const FilterNode &output) const;
+
+    std::string m_group;
+    Graph m_graph;
+    ObjectIds m_ids;
+    std::map<FilterNode *, NodeRole> m_nodes;
+    std::unique_ptr<Registry> m_registry;
+    std::unique_ptr<Linker> m_linker;
+    std::unique_ptr<ClientRights> m_rights;
+    bool m_isDenied = false;
+    Connection m_connection; // declared last: its thread calls back into all of the above
+};
+
+} // namespace tolvenary

@@ -1,0 +1,184 @@
+#include "platform/pipewire/link_plan.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+namespace tolvenary
+{
+
+namespace
+{
+
+using Links = std::set<GraphLink>;
+using Ports = std::vector<const GraphPort *>;
+
+const GraphPort *portNamed(const Graph &graph, GlobalId nodeId, PortDirection direction, std::string_view name)
+{
+    for (const GraphPort *port : graph.portsOf(nodeId, direction)) {
+        if (port->name == name)
+            return port;
+    }
+    return nullptr;
+}
+
+const GraphPort *portOfChannel(const Ports &ports, std::string_view channel)
+{
+    const auto found = std::ranges::find(ports, channel, &GraphPort::channel);
+    return found == ports.end() ? nullptr : *found;
+}
+
+void link(Links &links, const GraphPort *output, const GraphPort *input)
+{
+    if (output != nullptr && input != nullptr)
+        links.insert({output->id, input->id});
+}
+
+// Makes `captureNode` run before every output node in each cycle, so that what it hands over leaves in the same one.
+void planOrder(Links &links, const Graph &graph, const LinkWishes &wishes, GlobalId captureNode)
+{
+    for (const OutputWish &output : wishes.outputs) {
+        link(links, portNamed(graph, captureNode, PortDirection::output, port_names::order),
+             portNamed(graph, output.nodeId, PortDirection::input, port_names::order));
+    }
+}
+
+void planOutput(Links &links, const Graph &graph, const OutputWish &wish)
+{
+    const GraphNode *device = graph.nodeNamed(wish.deviceName);
+    if (device == nullptr)
+        return;
+    const Ports into = graph.playbackPorts(*device);
+    if (into.empty())
+        return;
+    const auto own = [&](const char *name) { return portNamed(graph, wish.nodeId, PortDirection::output, name); };
+    if (into.size() == 1) {
+        link(links, own(port_names::mono), into.front());
+        return;
+    }
+    const GraphPort *left = portOfChannel(into, "FL");
+    const GraphPort *right = portOfChannel(into, "FR");
+    const bool positioned = left != nullptr && right != nullptr;
+    link(links, own(port_names::left), positioned ? left : into[0]);
+    link(links, own(port_names::right), positioned ? right : into[1]);
+}
+
+void planInput(Links &links, const Graph &graph, const LinkWishes &wishes, const InputWish &wish)
+{
+    const GraphNode *source = microphoneOf(graph, wishes);
+    if (source == nullptr)
+        return;
+    const Ports from = graph.capturePorts(*source);
+    Ports into = graph.portsOf(wish.nodeId, PortDirection::input);
+    if (from.empty())
+        return;
+    // The node keeps the channels that it was made with when the user changes to another source: a mono source is
+    // heard on all of them, of a wider one the first.
+    for (std::size_t i = 0; i < into.size(); ++i) {
+        if (from.size() == 1)
+            link(links, from.front(), into[i]);
+        else if (i < from.size())
+            link(links, from[i], into[i]);
+    }
+}
+
+// Where a channel of a stream goes, as names of the tap's ports (ITU-R BS.775: centre and surrounds at -3 dB, which the
+// tap applies to those ports; the low-frequency channel is left out).
+struct FoldDown {
+    std::string_view channel;
+    std::array<const char *, 2> ports;
+};
+constexpr std::array foldDowns{
+    FoldDown{"FL", {port_names::left, nullptr}},
+    FoldDown{"FR", {port_names::right, nullptr}},
+    FoldDown{"FLC", {port_names::left, nullptr}},
+    FoldDown{"FRC", {port_names::right, nullptr}},
+    FoldDown{"MONO", {port_names::left, port_names::right}},
+    FoldDown{"FC", {port_names::center, nullptr}},
+    FoldDown{"RC", {port_names::center, nullptr}},
+    FoldDown{"TC", {port_names::center, nullptr}},
+    FoldDown{"TFC", {port_names::center, nullptr}},
+    FoldDown{"TRC", {port_names::center, nullptr}},
+    FoldDown{"SL", {port_names::surroundLeft, nullptr}},
+    FoldDown{"SR", {port_names::surroundRight, nullptr}},
+    FoldDown{"RL", {port_names::surroundLeft, nullptr}},
+    FoldDown{"RR", {port_names::surroundRight, nullptr}},
+    FoldDown{"TFL", {port_names::surroundLeft, nullptr}},
+    FoldDown{"TFR", {port_names::surroundRight, nullptr}},
+    FoldDown{"TRL", {port_names::surroundLeft, nullptr}},
+    FoldDown{"TRR", {port_names::surroundRight, nullptr}},
+    FoldDown{"LFE", {nullptr, nullptr}},
+    FoldDown{"LFE2", {nullptr, nullptr}},
+};
+
+std::array<const char *, 2> foldDown(const GraphPort &port, std::size_t place, std::size_t channels)
+{
+    if (channels == 1)
+        return {port_names::left, port_names::right};
+    const auto *known = std::ranges::find(foldDowns, std::string_view(port.channel), &FoldDown::channel);
+    if (known != foldDowns.end())
+        return known->ports;
+    return {place % 2 == 0 ? port_names::left : port_names::right, nullptr};
+}
+
+bool isTapped(const Graph &graph, const GraphNode &node, const TapWish &wish)
+{
+    if (node.mediaClass != "Stream/Output/Audio")
+        return false;
+    const std::optional<std::int32_t> process = graph.processOf(node);
+    if (process && wish.excludedProcesses.contains(*process))
+        return false;
+    // What has passed through a sink was captured where it went in; a second time would be an echo, and what plays our
+    // device back would howl.
+    return !graph.carriesSoundOf(node, [&](const GraphNode &upstream) { return graph.isSink(upstream); });
+}
+
+void planTap(Links &links, const Graph &graph, const TapWish &wish)
+{
+    for (const auto &[id, node] : graph.nodes) {
+        if (!isTapped(graph, node, wish))
+            continue;
+        const Ports from = graph.portsOf(id, PortDirection::output);
+        for (std::size_t i = 0; i < from.size(); ++i) {
+            for (const char *name : foldDown(*from[i], i, from.size())) {
+                if (name != nullptr)
+                    link(links, from[i], portNamed(graph, wish.nodeId, PortDirection::input, name));
+            }
+        }
+    }
+}
+
+} // namespace
+
+const GraphNode *microphoneOf(const Graph &graph, const LinkWishes &wishes)
+{
+    if (graph.defaultSourceName.empty())
+        return nullptr;
+    const GraphNode *source = graph.nodeNamed(graph.defaultSourceName);
+    if (source == nullptr || !graph.isDevice(*source))
+        return nullptr;
+    const auto isOurs = [&](const GraphNode &upstream) {
+        return std::ranges::any_of(wishes.outputs, [&](const OutputWish &output) {
+            return output.nodeId == upstream.id || output.deviceName == upstream.name;
+        });
+    };
+    return graph.carriesSoundOf(*source, isOurs) ? nullptr : source;
+}
+
+std::set<GraphLink> planLinks(const Graph &graph, const LinkWishes &wishes)
+{
+    Links links;
+    for (const InputWish &wish : wishes.inputs)
+        planOrder(links, graph, wishes, wish.nodeId);
+    for (const TapWish &wish : wishes.taps)
+        planOrder(links, graph, wishes, wish.nodeId);
+    for (const OutputWish &wish : wishes.outputs)
+        planOutput(links, graph, wish);
+    for (const InputWish &wish : wishes.inputs)
+        planInput(links, graph, wishes, wish);
+    for (const TapWish &wish : wishes.taps)
+        planTap(links, graph, wish);
+    return links;
+}
+
+} // namespace tolvenary

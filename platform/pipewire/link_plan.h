@@ -1,0 +1,46 @@
+#pragma once
+
+#include "platform/pipewire/graph.h"
+
+#include <set>
+
+namespace tolvenary
+{
+
+/// The names of our own nodes' ports, by which the plan finds them.
+namespace port_names
+{
+inline constexpr const char *order = "order"; ///< carries no sound, only who runs before whom
+inline constexpr const char *left = "FL";
+inline constexpr const char *right = "FR";
+inline constexpr const char *mono = "MONO";
+inline constexpr const char *center = "FC";
+inline constexpr const char *surroundLeft = "SL";
+inline constexpr const char *surroundRight = "SR";
+} // namespace port_names
+
+/// What our nodes ask for.
+struct OutputWish {
+    GlobalId nodeId = 0;
+    std::string deviceName; ///< follows the name: a device that goes away and comes back is fed again
+};
+struct InputWish {
+    GlobalId nodeId = 0;
+};
+struct TapWish {
+    GlobalId nodeId = 0;
+    std::set<std::int32_t> excludedProcesses;
+};
+struct LinkWishes {
+    std::vector<OutputWish> outputs;
+    std::vector<InputWish> inputs;
+    std::vector<TapWish> taps;
+};
+
+/// The default source, unless what it delivers is our own mix: then there is no microphone.
+const GraphNode *microphoneOf(const Graph &graph, const LinkWishes &wishes);
+
+/// Every link that should be there now.
+std::set<GraphLink> planLinks(const Graph &graph, const LinkWishes &wishes);
+
+} // namespace tolvenary

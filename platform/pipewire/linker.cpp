@@ -1,0 +1,67 @@
+#include "platform/pipewire/linker.h"
+
+#include <pipewire/pipewire.h>
+
+namespace tolvenary
+{
+
+struct Linker::Owned {
+    Linker &linker;
+    OSStatus status = noErr;
+    PwHandle<pw_proxy> proxy;
+    PwHandle<spa_hook> hook = makeHook(); // declared last: taken out before the proxy goes
+};
+
+namespace
+{
+
+PwHandle<pw_proxy> makeLink(pw_core *core, const GraphLink &link)
+{
+    const std::string output = std::to_string(link.outputPort);
+    const std::string input = std::to_string(link.inputPort);
+    const std::array items{spa_dict_item{PW_KEY_LINK_OUTPUT_PORT, output.c_str()},
+                           spa_dict_item{PW_KEY_LINK_INPUT_PORT, input.c_str()}};
+    const spa_dict properties{0, static_cast<std::uint32_t>(items.size()), items.data()};
+    return PwHandle<pw_proxy>(static_cast<pw_proxy *>(
+        pw_core_create_object(core, "link-factory", PW_TYPE_INTERFACE_Link, PW_VERSION_LINK, &properties, 0)));
+}
+
+} // namespace
+
+Linker::Linker(pw_core *core, std::function<void()> changed) : m_core(core), m_changed(std::move(changed)) {}
+
+Linker::~Linker() = default;
+
+void Linker::setWanted(const std::set<GraphLink> &wanted)
+{
+    static const pw_proxy_events events = [] {
+        pw_proxy_events made{};
+        made.version = PW_VERSION_PROXY_EVENTS;
+        made.error = [](void *data, int, int result, const char *) {
+            auto *owned = static_cast<Owned *>(data);
+            owned->status = result < 0 ? result : -EIO;
+            owned->linker.m_changed();
+        };
+        return made;
+    }();
+
+    std::erase_if(m_owned, [&](const auto &entry) { return !wanted.contains(entry.first); });
+    for (const GraphLink &link : wanted) {
+        if (m_owned.contains(link))
+            continue;
+        auto owned = std::make_unique<Owned>(Owned{*this, noErr, makeLink(m_core, link)});
+        if (owned->proxy)
+            pw_proxy_add_listener(owned->proxy.get(), owned->hook.get(), &events, owned.get());
+        else
+            owned->status = -EIO;
+        m_owned.emplace(link, std::move(owned));
+    }
+}
+
+OSStatus Linker::statusOf(const GraphLink &link) const
+{
+    const auto found = m_owned.find(link);
+    return found == m_owned.end() ? noErr : found->second->status;
+}
+
+} // namespace tolvenary

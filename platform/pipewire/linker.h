@@ -1,0 +1,40 @@
+#pragma once
+
+#include "platform/os_status.h"
+#include "platform/pipewire/graph.h"
+#include "platform/pipewire/pw_handles.h"
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <set>
+
+namespace tolvenary
+{
+
+/// Makes the links that are wanted and drops those that are not any more. They are the connection's: when it ends, or
+/// the process is killed, the server takes them away. Control thread, or under the control lock.
+class Linker
+{
+  public:
+    /// `changed` is called when a link failed.
+    Linker(pw_core *core, std::function<void()> changed);
+    ~Linker();
+    Linker(const Linker &) = delete;
+    Linker &operator=(const Linker &) = delete;
+
+    void setWanted(const std::set<GraphLink> &wanted);
+
+    /// Why the link could not be made; noErr while it may still come. A failed link is not tried again until it has not
+    /// been wanted for once, as when one of its ports has gone.
+    OSStatus statusOf(const GraphLink &link) const;
+
+  private:
+    struct Owned;
+
+    pw_core *m_core;
+    std::function<void()> m_changed;
+    std::map<GraphLink, std::unique_ptr<Owned>> m_owned;
+};
+
+} // namespace tolvenary

@@ -1,0 +1,68 @@
+#include "platform/pipewire/pipewire_input_unit.h"
+
+#include <cerrno>
+
+namespace tolvenary
+{
+
+namespace
+{
+
+NodeSpec inputNode(const GraphSession &session, std::size_t channels)
+{
+    NodeSpec spec{"com.tolvenary.microphone", "Tolvenary microphone", session.group(), "Capture", {}};
+    for (std::size_t i = 1; i <= channels; ++i)
+        spec.ports.push_back({PortDirection::input, "input_" + std::to_string(i), false});
+    spec.ports.push_back({PortDirection::output, port_names::order, false});
+    return spec;
+}
+
+} // namespace
+
+InputUnitFormat PipeWireInputUnit::inputFormat()
+{
+    const Connection::Lock lock(m_session.connection());
+    const GraphNode *source = m_session.microphone();
+    if (source == nullptr)
+        return {};
+    const auto channels = static_cast<std::uint32_t>(m_session.graph().capturePorts(*source).size());
+    return channels == 0 ? InputUnitFormat{} : InputUnitFormat{static_cast<double>(m_session.rate()), channels};
+}
+
+OSStatus PipeWireInputUnit::AudioOutputUnitStart(CaptureCallback capture)
+{
+    const std::uint32_t channels = inputFormat().channelCount;
+    if (channels == 0)
+        return -ENODEV;
+    m_node.reset();
+    m_capture = std::move(capture);
+    m_silence.assign(FilterNode::maxFrames, 0);
+    m_channels.assign(channels, nullptr);
+    m_node = std::make_unique<SessionNode>(m_session, inputNode(m_session, channels), InputRole{},
+                                           [this](const Cycle &cycle) { process(cycle); });
+    const Connection::Lock lock(m_session.connection());
+    if (const OSStatus status = m_session.waitUntilThere(m_node->node()); status != noErr)
+        return status;
+    m_node->start();
+    return noErr;
+}
+
+OSStatus PipeWireInputUnit::AudioOutputUnitStop()
+{
+    m_node.reset();
+    return noErr;
+}
+
+void PipeWireInputUnit::process(const Cycle &cycle)
+{
+    bool hasSound = false;
+    for (std::size_t i = 0; i < m_channels.size(); ++i) {
+        const float *samples = cycle.input(i);
+        hasSound = hasSound || samples != nullptr;
+        m_channels[i] = samples != nullptr ? samples : m_silence.data();
+    }
+    if (hasSound)
+        m_capture(cycle.when(), {m_channels, cycle.frames()});
+}
+
+} // namespace tolvenary

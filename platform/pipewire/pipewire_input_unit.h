@@ -1,0 +1,31 @@
+#pragma once
+
+#include "platform/audio_units.h"
+#include "platform/pipewire/session_node.h"
+
+#include <memory>
+
+namespace tolvenary
+{
+
+/// Our microphone node, linked from the default source, whichever that is at the time.
+class PipeWireInputUnit final : public AudioInputUnit
+{
+  public:
+    explicit PipeWireInputUnit(GraphSession &session) : m_session(session) {}
+
+    InputUnitFormat inputFormat() override;
+    OSStatus AudioOutputUnitStart(CaptureCallback capture) override;
+    OSStatus AudioOutputUnitStop() override;
+
+  private:
+    void process(const Cycle &cycle); // real-time
+
+    GraphSession &m_session;
+    CaptureCallback m_capture;
+    std::vector<float> m_silence;
+    std::vector<const float *> m_channels;
+    std::unique_ptr<SessionNode> m_node; // declared last: its cycles use all of the above
+};
+
+} // namespace tolvenary

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "platform/pipewire/graph.h"
+#include "platform/pipewire/pw_handles.h"
+
+#include <functional>
+#include <map>
+#include <memory>
+
+struct pw_registry;
+struct spa_dict;
+
+namespace tolvenary
+{
+
+/// Mirrors the server's objects into a Graph for the life of one connection. Control thread.
+class Registry
+{
+  public:
+    /// `changed` is called after each change of the graph.
+    Registry(pw_core *core, Graph &graph, std::function<void()> changed);
+    ~Registry();
+    Registry(const Registry &) = delete;
+    Registry &operator=(const Registry &) = delete;
+
+  private:
+    struct Events;
+    struct Bound;
+
+    void globalAdded(GlobalId id, const char *type, std::uint32_t version, const spa_dict *properties);
+    void globalRemoved(GlobalId id);
+    void bind(GlobalId id, const char *type, std::uint32_t version, const void *events);
+    void nodeAdded(GlobalId id, const spa_dict *properties);
+    void portAdded(GlobalId id, const spa_dict *properties);
+    void linkAdded(GlobalId id, const spa_dict *properties);
+    void clientAdded(GlobalId id, const spa_dict *properties);
+    void nodeInfo(GlobalId id, const spa_dict *properties);
+    void clientInfo(GlobalId id, const spa_dict *properties);
+    void defaultsChanged(const char *key, const char *value);
+    void settingsChanged(const char *key, const char *value);
+
+    Graph &m_graph;
+    std::function<void()> m_changed;
+    PwHandle<pw_proxy> m_registry;
+    PwHandle<spa_hook> m_hook;
+    std::map<GlobalId, std::unique_ptr<Bound>> m_bound;
+};
+
+} // namespace tolvenary

@@ -1,0 +1,95 @@
+#include "core/mix_coordinator.h"
+
+#include "core/publish.h"
+#include "platform/platform.h"
+
+#include <cstdlib>
+
+namespace tolvenary
+{
+
+namespace
+{
+
+constexpr double mixSampleRate = 48000.0;
+constexpr std::uint32_t mixChannels = 2;
+
+/// In a steady run each source has one or two buffers on their way. The rest is for cycles that the output misses, and
+/// no more of it: what waits longer is late anyway.
+constexpr std::uint32_t poolSlots = 32;
+/// Twice the longest cycle that sound servers are set to, for what a conversion makes of it.
+constexpr std::size_t poolSlotBytes = std::size_t{16384} * mixChannels * sizeof(float);
+
+AVAudioFormat makeMixFormat()
+{
+    const auto format = AVAudioFormat::standardFormat(mixSampleRate, mixChannels);
+    if (!format)
+        std::abort();
+    return *format;
+}
+
+} // namespace
+
+MixCoordinator::MixCoordinator(Platform &platform, QObject *parent)
+    : QObject(parent),
+      m_platform(platform),
+      m_status(QStringLiteral("Idle")),
+      m_mixFormat(makeMixFormat()),
+      m_counters(std::make_shared<FrameCounters>()),
+      m_pool(poolSlots, poolSlotBytes),
+      m_feed(std::make_shared<MixFeed>(m_counters)),
+      m_outputEngine(platform.audioUnits()),
+      m_captureEngine(platform.audioUnits())
+{
+}
+
+MixCoordinator::~MixCoordinator() = default;
+
+void MixCoordinator::teardown()
+{
+    ++m_generation;
+    m_starting = false;
+    if (m_meterTimer != nullptr) {
+        m_meterTimer->invalidate();
+        m_meterTimer.reset();
+    }
+    if (m_processTap != nullptr) {
+        m_processTap->stop();
+        m_processTap.reset();
+    }
+    if (m_captureEngine.isRunning()) {
+        m_captureEngine.inputNode().removeTapOnBus(0);
+        m_captureEngine.stop();
+    }
+    m_captureEngine.reset();
+    if (m_outputEngine.isRunning())
+        m_outputEngine.stop();
+    m_outputEngine.reset();
+    publish(m_isRunning, false, &MixCoordinator::isRunningChanged);
+}
+
+void MixCoordinator::setSelectedAppID(std::optional<std::int32_t> processID)
+{
+    publish(m_selectedAppID, processID, &MixCoordinator::selectedAppIDChanged);
+}
+
+void MixCoordinator::setMicGain(float gain)
+{
+    publish(m_micGain, gain, &MixCoordinator::micGainChanged);
+    if (m_micMixer != nullptr)
+        m_micMixer->setOutputVolume(m_micGain);
+}
+
+void MixCoordinator::setAppGain(float gain)
+{
+    publish(m_appGain, gain, &MixCoordinator::appGainChanged);
+    if (m_appMixer != nullptr)
+        m_appMixer->setOutputVolume(m_appGain);
+}
+
+void MixCoordinator::setStatus(const QString &status)
+{
+    publish(m_status, status, &MixCoordinator::statusChanged);
+}
+
+} // namespace tolvenary

@@ -27,7 +27,7 @@ class OutputNodeTest : public testing::Test
         ASSERT_TRUE(m_engine.startAndReturnError());
     }
 
-    Floats cycle(std::uint32_t frames)
+    Floats cycle(std::uint32_t frames) const
     {
         Samples samples(frames);
         m_units.outputUnit->cycle(samples.block());

@@ -153,6 +153,28 @@ TEST_F(NumberedStream, aQueueThatRunsEmptyNowAndThenIsLeftAlone)
     }
 }
 
+// Three blocks come at once, every third cycle: what was seen before the skip must not be held against what is left.
+TEST_F(NumberedStream, anUnevenStreamIsSkippedOnceAndNeverTornApart)
+{
+    constexpr std::uint32_t quantum = 64;
+    for (const int phase : {0, 1, 2}) {
+        m_player.reset();
+        m_player.play();
+        for (int early = 0; early < phase + 1; ++early)
+            supply(quantum);
+        std::uint32_t gaps = 0;
+        Floats block;
+        for (int cycle = 0; cycle < 60 + phase; ++cycle) {
+            for (int burst = 0; burst < 3 && cycle % 3 == phase; ++burst)
+                supply(quantum);
+            block = render(quantum);
+            gaps += gapsIn(block);
+        }
+        EXPECT_EQ(gaps, 0U) << phase;
+        EXPECT_EQ(delayOf(block), 0) << phase;
+    }
+}
+
 TEST_F(NumberedStream, aSkipWaitsUntilThereIsEnoughToFadeTo)
 {
     constexpr std::uint32_t quantum = 64;

@@ -35,6 +35,12 @@ struct NodeSpec {
 class Cycle
 {
   public:
+    /// One pointer a port of NodeSpec::ports.
+    Cycle(std::span<void *const> ports, AudioTimeStamp when, std::uint32_t frames)
+        : m_ports(ports), m_when(when), m_frames(frames)
+    {
+    }
+
     const AudioTimeStamp &when() const { return m_when; }
     std::uint32_t frames() const { return m_frames; }
 
@@ -45,12 +51,6 @@ class Cycle
     float *output(std::size_t port) const;
 
   private:
-    friend class FilterNode;
-    Cycle(std::span<void *const> ports, AudioTimeStamp when, std::uint32_t frames)
-        : m_ports(ports), m_when(when), m_frames(frames)
-    {
-    }
-
     std::span<void *const> m_ports;
     AudioTimeStamp m_when;
     std::uint32_t m_frames;

@@ -1,0 +1,67 @@
+#include "tests/platform/pipewire/graph_builder.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace tolvenary
+{
+namespace
+{
+
+TEST(Graph, devicesComeInTheOrderOfTheirSerials)
+{
+    GraphBuilder built;
+    const GlobalId first = built.sink("a", {"FL"});
+    const GlobalId second = built.source("b", {"FL"});
+    built.stream(1, {"FL"});
+    built.graph.nodes[first].serial = 100;
+    const std::vector<const GraphNode *> devices = built.graph.devices();
+    ASSERT_EQ(devices.size(), 2U);
+    EXPECT_EQ(devices[0]->id, second);
+    EXPECT_EQ(devices[1]->id, first);
+}
+
+TEST(Graph, monitorsAreNoPlaybackPorts)
+{
+    GraphBuilder built;
+    const GlobalId sink = built.sink("sink", {"FL", "FR"});
+    EXPECT_EQ(built.graph.playbackPorts(*built.graph.node(sink)).size(), 2U);
+}
+
+TEST(Graph, aSourceHasNoPlaybackPortsWhateverItsInputs)
+{
+    GraphBuilder built;
+    const GlobalId source = built.node("virtual", "Audio/Source/Virtual");
+    built.port(source, PortDirection::input, "FL");
+    built.port(source, PortDirection::output, "FL");
+    EXPECT_TRUE(built.graph.playbackPorts(*built.graph.node(source)).empty());
+    EXPECT_EQ(built.graph.capturePorts(*built.graph.node(source)).size(), 1U);
+}
+
+TEST(Graph, aSinkIsCapturedAtItsMonitors)
+{
+    GraphBuilder built;
+    const GlobalId sink = built.sink("sink", {"FL", "FR"});
+    EXPECT_EQ(built.graph.capturePorts(*built.graph.node(sink)).size(), 2U);
+}
+
+TEST(Graph, portsKeepTheOrderOfTheirNode)
+{
+    GraphBuilder built;
+    const GlobalId sink = built.sink("sink", {"FR", "FL"});
+    built.graph.ports[built.in(sink, "FR")].index = 7;
+    const std::vector<const GraphPort *> ports = built.graph.playbackPorts(*built.graph.node(sink));
+    ASSERT_EQ(ports.size(), 2U);
+    EXPECT_EQ(ports[0]->channel, "FL");
+    EXPECT_EQ(ports[1]->channel, "FR");
+}
+
+TEST(Graph, aNodeOfNoKnownClientHasNoProcess)
+{
+    GraphBuilder built;
+    const GlobalId node = built.node("n", "Stream/Output/Audio", "", 999);
+    EXPECT_EQ(built.graph.processOf(*built.graph.node(node)), std::nullopt);
+}
+
+} // namespace
+} // namespace tolvenary

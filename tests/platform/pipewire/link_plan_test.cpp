@@ -1,0 +1,235 @@
+#include "tests/platform/pipewire/graph_builder.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace tolvenary
+{
+namespace
+{
+
+using testing::IsEmpty;
+using testing::UnorderedElementsAre;
+
+constexpr std::int32_t ownProcess = 1;
+constexpr std::int32_t player = 2;
+
+std::set<GraphLink> tapLinks(const GraphBuilder &built, GlobalId tap)
+{
+    return planLinks(built.graph, {{}, {}, {{tap, {ownProcess}}}});
+}
+
+TEST(LinkPlan, theOutputPlaysLeftAndRightIntoTheDevice)
+{
+    GraphBuilder built;
+    const GlobalId sink = built.sink("device", {"FR", "FL"});
+    const GlobalId output = built.outputNode();
+    EXPECT_THAT(planLinks(built.graph, {{{output, "device"}}, {}, {}}),
+                UnorderedElementsAre(GraphLink{built.out(output, "FL"), built.in(sink, "FL")},
+                                     GraphLink{built.out(output, "FR"), built.in(sink, "FR")}));
+}
+
+TEST(LinkPlan, aDeviceWithoutPositionsIsPlayedIntoItsFirstTwoPorts)
+{
+    GraphBuilder built;
+    const GlobalId sink = built.sink("device", {"AUX0", "AUX1", "AUX2"});
+    const GlobalId output = built.outputNode();
+    EXPECT_THAT(planLinks(built.graph, {{{output, "device"}}, {}, {}}),
+                UnorderedElementsAre(GraphLink{built.out(output, "FL"), built.in(sink, "AUX0")},
+                                     GraphLink{built.out(output, "FR"), built.in(sink, "AUX1")}));
+}
+
+TEST(LinkPlan, aMonoDeviceGetsBothSidesOnce)
+{
+    GraphBuilder built;
+    const GlobalId sink = built.sink("device", {"MONO"});
+    const GlobalId output = built.outputNode();
+    EXPECT_THAT(planLinks(built.graph, {{{output, "device"}}, {}, {}}),
+                UnorderedElementsAre(GraphLink{built.out(output, "MONO"), built.in(sink, "MONO")}));
+}
+
+TEST(LinkPlan, theOutputNeverFallsBackToAnotherDevice)
+{
+    GraphBuilder built;
+    built.sink("speakers", {"FL", "FR"});
+    const GlobalId output = built.outputNode();
+    EXPECT_THAT(planLinks(built.graph, {{{output, "device"}}, {}, {}}), IsEmpty());
+}
+
+TEST(LinkPlan, aDeviceThatCameBackIsPlayedIntoInsteadOfItsPredecessor)
+{
+    GraphBuilder built;
+    built.sink("device", {"FL", "FR"});
+    const GlobalId successor = built.sink("device", {"FL", "FR"});
+    const GlobalId output = built.outputNode();
+    EXPECT_THAT(planLinks(built.graph, {{{output, "device"}}, {}, {}}),
+                UnorderedElementsAre(GraphLink{built.out(output, "FL"), built.in(successor, "FL")},
+                                     GraphLink{built.out(output, "FR"), built.in(successor, "FR")}));
+}
+
+TEST(LinkPlan, everyCaptureNodeRunsBeforeTheOutput)
+{
+    GraphBuilder built;
+    const GlobalId output = built.outputNode();
+    const GlobalId input = built.inputNode({"input_1"});
+    const GlobalId tap = built.tapNode();
+    EXPECT_THAT(planLinks(built.graph, {{{output, "device"}}, {{input}}, {{tap, {}}}}),
+                UnorderedElementsAre(GraphLink{built.out(input, "order"), built.in(output, "order")},
+                                     GraphLink{built.out(tap, "order"), built.in(output, "order")}));
+}
+
+TEST(LinkPlan, theMicrophoneIsTheDefaultSource)
+{
+    GraphBuilder built;
+    const GlobalId source = built.source("mic", {"FL", "FR"});
+    built.source("other", {"FL", "FR"});
+    built.graph.defaultSourceName = "mic";
+    const GlobalId input = built.inputNode({"input_1", "input_2"});
+    EXPECT_THAT(planLinks(built.graph, {{}, {{input}}, {}}),
+                UnorderedElementsAre(GraphLink{built.out(source, "FL"), built.in(input, "input_1")},
+                                     GraphLink{built.out(source, "FR"), built.in(input, "input_2")}));
+}
+
+TEST(LinkPlan, aMonoMicrophoneThatComesLaterIsHeardOnAllChannels)
+{
+    GraphBuilder built;
+    const GlobalId source = built.source("mic", {"MONO"});
+    built.graph.defaultSourceName = "mic";
+    const GlobalId input = built.inputNode({"input_1", "input_2"});
+    EXPECT_THAT(planLinks(built.graph, {{}, {{input}}, {}}),
+                UnorderedElementsAre(GraphLink{built.out(source, "MONO"), built.in(input, "input_1")},
+                                     GraphLink{built.out(source, "MONO"), built.in(input, "input_2")}));
+}
+
+TEST(LinkPlan, theDevicesOwnOtherHalfIsNoMicrophone)
+{
+    GraphBuilder built;
+    built.sink("device", {"FL", "FR"}, "loopback-1");
+    built.source("device.source", {"FL", "FR"}, "loopback-1");
+    built.graph.defaultSourceName = "device.source";
+    const LinkWishes wishes{{{built.outputNode(), "device"}}, {}, {}};
+    EXPECT_EQ(microphoneOf(built.graph, wishes), nullptr);
+}
+
+TEST(LinkPlan, aSourceRemappedFromTheDevicesMonitorIsNoMicrophone)
+{
+    GraphBuilder built;
+    const GlobalId device = built.sink("device", {"FL", "FR"});
+    const GlobalId capture = built.node("remap-in", "Stream/Input/Audio", "remap");
+    built.link(built.monitor(device, "FL"), built.port(capture, PortDirection::input, "FL"));
+    built.source("remapped", {"FL", "FR"}, "remap");
+    built.graph.defaultSourceName = "remapped";
+    const LinkWishes wishes{{{built.outputNode(), "device"}}, {}, {}};
+    EXPECT_EQ(microphoneOf(built.graph, wishes), nullptr);
+}
+
+TEST(LinkPlan, aMicrophoneBehindANoiseFilterIsAMicrophone)
+{
+    GraphBuilder built;
+    const GlobalId hardware = built.source("hardware", {"MONO"});
+    const GlobalId capture = built.node("filter-in", "Stream/Input/Audio", "filter");
+    built.link(built.out(hardware, "MONO"), built.port(capture, PortDirection::input, "MONO"));
+    const GlobalId filtered = built.source("filtered", {"MONO"}, "filter");
+    built.graph.defaultSourceName = "filtered";
+    const LinkWishes wishes{{{built.outputNode(), "device"}}, {}, {}};
+    ASSERT_NE(microphoneOf(built.graph, wishes), nullptr);
+    EXPECT_EQ(microphoneOf(built.graph, wishes)->id, filtered);
+}
+
+TEST(LinkPlan, aMonoStreamIsTappedOnBothSides)
+{
+    GraphBuilder built;
+    const GlobalId stream = built.stream(player, {"MONO"});
+    const GlobalId tap = built.tapNode();
+    EXPECT_THAT(tapLinks(built, tap), UnorderedElementsAre(GraphLink{built.out(stream, "MONO"), built.in(tap, "FL")},
+                                                           GraphLink{built.out(stream, "MONO"), built.in(tap, "FR")}));
+}
+
+TEST(LinkPlan, aSurroundStreamIsFoldedDownChannelByChannel)
+{
+    GraphBuilder built;
+    const GlobalId stream = built.stream(player, {"FL", "FR", "FC", "LFE", "SL", "SR"});
+    const GlobalId tap = built.tapNode();
+    EXPECT_THAT(tapLinks(built, tap), UnorderedElementsAre(GraphLink{built.out(stream, "FL"), built.in(tap, "FL")},
+                                                           GraphLink{built.out(stream, "FR"), built.in(tap, "FR")},
+                                                           GraphLink{built.out(stream, "FC"), built.in(tap, "FC")},
+                                                           GraphLink{built.out(stream, "SL"), built.in(tap, "SL")},
+                                                           GraphLink{built.out(stream, "SR"), built.in(tap, "SR")}));
+}
+
+TEST(LinkPlan, channelsWithoutAPositionAlternateBetweenTheSides)
+{
+    GraphBuilder built;
+    const GlobalId stream = built.stream(player, {"AUX0", "AUX1", "AUX2"});
+    const GlobalId tap = built.tapNode();
+    EXPECT_THAT(tapLinks(built, tap), UnorderedElementsAre(GraphLink{built.out(stream, "AUX0"), built.in(tap, "FL")},
+                                                           GraphLink{built.out(stream, "AUX1"), built.in(tap, "FR")},
+                                                           GraphLink{built.out(stream, "AUX2"), built.in(tap, "FL")}));
+}
+
+TEST(LinkPlan, anExcludedProcessIsNotTapped)
+{
+    GraphBuilder built;
+    built.stream(ownProcess, {"FL", "FR"});
+    EXPECT_THAT(tapLinks(built, built.tapNode()), IsEmpty());
+}
+
+TEST(LinkPlan, aTapThatExcludesNobodyTapsEveryProcess)
+{
+    GraphBuilder built;
+    built.stream(ownProcess, {"MONO"});
+    built.stream(player, {"MONO"});
+    EXPECT_EQ(planLinks(built.graph, {{}, {}, {{built.tapNode(), {}}}}).size(), 4U);
+}
+
+TEST(LinkPlan, aRecordingStreamIsNotTapped)
+{
+    GraphBuilder built;
+    const GlobalId recorder = built.node("recorder", "Stream/Input/Audio", "", built.client(player));
+    built.port(recorder, PortDirection::input, "FL");
+    EXPECT_THAT(tapLinks(built, built.tapNode()), IsEmpty());
+}
+
+TEST(LinkPlan, whatPlaysTheDeviceBackIsNotTapped)
+{
+    GraphBuilder built;
+    const GlobalId device = built.sink("device", {"FL", "FR"});
+    const GlobalId capture = built.node("loopback-in", "Stream/Input/Audio", "monitoring");
+    built.link(built.monitor(device, "FL"), built.port(capture, PortDirection::input, "FL"));
+    built.stream(player, {"FL", "FR"}, "monitoring");
+    EXPECT_THAT(tapLinks(built, built.tapNode()), IsEmpty());
+}
+
+TEST(LinkPlan, whatAVirtualSinkPlaysOnIsTappedOnlyWhereItWentIn)
+{
+    GraphBuilder built;
+    const GlobalId effects = built.sink("effects", {"FL", "FR"}, "chain");
+    const GlobalId stream = built.stream(player, {"FL", "FR"});
+    built.link(built.out(stream, "FL"), built.in(effects, "FL"));
+    built.stream(3, {"FL", "FR"}, "chain");
+    const GlobalId tap = built.tapNode();
+    EXPECT_THAT(tapLinks(built, tap), UnorderedElementsAre(GraphLink{built.out(stream, "FL"), built.in(tap, "FL")},
+                                                           GraphLink{built.out(stream, "FR"), built.in(tap, "FR")}));
+}
+
+TEST(LinkPlan, aSourcePlayedAloudIsTapped)
+{
+    GraphBuilder built;
+    const GlobalId lineIn = built.source("line-in", {"MONO"});
+    const GlobalId capture = built.node("loopback-in", "Stream/Input/Audio", "line");
+    built.link(built.out(lineIn, "MONO"), built.port(capture, PortDirection::input, "MONO"));
+    built.stream(player, {"MONO"}, "line");
+    EXPECT_EQ(tapLinks(built, built.tapNode()).size(), 2U);
+}
+
+TEST(LinkPlan, aRingOfLoopbacksEnds)
+{
+    GraphBuilder built;
+    const GlobalId first = built.stream(player, {"FL"}, "ring");
+    const GlobalId second = built.node("ring-in", "Stream/Input/Audio", "ring");
+    built.link(built.out(first, "FL"), built.port(second, PortDirection::input, "FL"));
+    EXPECT_EQ(tapLinks(built, built.tapNode()).size(), 2U);
+}
+
+} // namespace
+} // namespace tolvenary

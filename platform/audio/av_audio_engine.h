@@ -12,12 +12,14 @@ namespace tolvenary
 /// A graph of nodes between an input and an output of the system. Thread: main.
 ///
 /// reset() takes it back to an empty, stopped graph without input or output unit; nodes attached before may be attached
-/// again. start() runs it; stop() returns when no callback runs any more.
+/// again, and players among them are stopped and empty. start() runs it; stop() returns when no callback runs any more.
 class AVAudioEngine
 {
   public:
     explicit AVAudioEngine(AudioUnits &units);
     ~AVAudioEngine();
+    AVAudioEngine(const AVAudioEngine &) = delete;
+    AVAudioEngine &operator=(const AVAudioEngine &) = delete;
 
     /// Made on first use, with a new unit; never fails, but the node's unit may be missing.
     AVAudioOutputNode &outputNode();
@@ -39,6 +41,17 @@ class AVAudioEngine
     void stop();
     void reset();
     bool isRunning() const;
+
+  private:
+    Result<void> startInput();
+    Result<void> startOutput();
+
+    AudioUnits &m_units;
+    std::unique_ptr<AVAudioOutputNode> m_output;
+    std::unique_ptr<AVAudioInputNode> m_input;
+    std::vector<AVAudioNode *> m_attached;
+    std::vector<std::shared_ptr<AVAudioNode>> m_owned;
+    bool m_running = false;
 };
 
 } // namespace tolvenary

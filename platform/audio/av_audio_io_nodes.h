@@ -2,6 +2,8 @@
 
 #include "platform/audio/av_audio_converter.h"
 #include "platform/audio/av_audio_node.h"
+#include "platform/audio/av_audio_pcm_buffer_pool.h"
+#include "platform/audio/tap_slot.h"
 #include "platform/audio_units.h"
 
 #include <functional>
@@ -20,10 +22,39 @@ class AVAudioOutputNode final : public AVAudioNode
     AudioOutputUnit *audioUnit() const;
 
     void render(PlanarBlock output) override;
+
+  private:
+    friend class AVAudioEngine;
+
+    explicit AVAudioOutputNode(std::unique_ptr<AudioOutputUnit> unit) : m_unit(std::move(unit)) {}
+
+    void setInput(std::uint32_t bus, AVAudioNode *source) override;
+    /// The format in which the source renders.
+    void setInputFormat(const AVAudioFormat &format) { m_inputFormat = format; }
+    bool rateIsConverted() const;
+    /// Frames asked of the source at once, at most; 0 while nothing is converted.
+    std::uint32_t longestPull() const { return m_pulled != nullptr ? m_pulled->frameCapacity() : 0; }
+
+    void prepare(std::uint32_t maxFrames, bool rateIsConverted) override;
+    OSStatus start();
+    void stop();
+
+    const AVAudioPCMBuffer *pull(std::uint32_t frames);
+
+    AVAudioNode *m_source = nullptr;
+    std::optional<AVAudioFormat> m_inputFormat;
+
+    // Only where the rate is converted.
+    std::unique_ptr<AVAudioConverter> m_converter;
+    std::unique_ptr<AVAudioPCMBuffer> m_outputView;
+    std::unique_ptr<AVAudioPCMBufferPool> m_pullPool;
+    AVAudioPCMBufferPtr m_pulled;
+
+    std::unique_ptr<AudioOutputUnit> m_unit; // destroyed first: its callback uses the rest
 };
 
 /// Called on the capturing thread with each block, in the format that the tap was installed with. real-time
-using AVAudioNodeTapBlock = std::function<void(const AVAudioPCMBuffer &buffer, const AudioTimeStamp &when)>;
+using AVAudioNodeTapBlock = TapSlot::Block;
 
 /// The beginning of an engine's graph: the default input.
 class AVAudioInputNode final : public AVAudioNode
@@ -38,6 +69,21 @@ class AVAudioInputNode final : public AVAudioNode
                          AVAudioNodeTapBlock block);
     /// When this has returned, the block is not running and will not be called again. Thread: main.
     void removeTapOnBus(std::uint32_t bus);
+
+  private:
+    friend class AVAudioEngine;
+
+    explicit AVAudioInputNode(std::unique_ptr<AudioInputUnit> unit) : m_unit(std::move(unit)) {}
+
+    /// Also receives each block, behind the tap.
+    void setSink(AVAudioSinkNode &sink) { m_sink = &sink; }
+    OSStatus start();
+    void stop();
+    void capture(const AudioTimeStamp &when, ConstPlanarBlock input); // real-time
+
+    TapSlot m_tap;
+    AVAudioSinkNode *m_sink = nullptr;
+    std::unique_ptr<AudioInputUnit> m_unit; // destroyed first: its callback uses the rest
 };
 
 } // namespace tolvenary

@@ -20,15 +20,24 @@ class AVAudioNode
   private:
     friend class AVAudioEngine;
 
-    /// Makes what the run needs: blocks are at most `maxFrames` long. Thread: main, before the first render.
-    virtual void prepare(std::uint32_t maxFrames) { static_cast<void>(maxFrames); }
+    /// Makes what the run needs: blocks are mostly at most `maxFrames` long. With `rateIsConverted` the graph does not
+    /// run at the system's rate, so that supply and demand may differ by a frame or two in a cycle. Thread: main,
+    /// before the first render.
+    virtual void prepare(std::uint32_t maxFrames, bool rateIsConverted)
+    {
+        static_cast<void>(maxFrames);
+        static_cast<void>(rateIsConverted);
+    }
 
-    /// Takes `source` as what comes in at `bus`. Thread: main.
+    /// Takes `source` as what comes in at `bus`; it lives until detached(). Thread: main.
     virtual void setInput(std::uint32_t bus, AVAudioNode *source)
     {
         static_cast<void>(bus);
         static_cast<void>(source);
     }
+
+    /// The graph is taken apart: forgets its inputs and drops what it holds. Thread: main, after the last render.
+    virtual void detached() {}
 
   public:
     /// Writes the node's output, all of the block. real-time; called by the node that it is connected to.

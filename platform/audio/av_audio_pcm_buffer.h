@@ -53,11 +53,19 @@ class AVAudioPCMBuffer
     float *floatChannel(std::uint32_t c) { return static_cast<float *>(m_buffers[c].mData); }
 
   private:
+    friend class AVAudioOutputNode;
     friend class AVAudioPCMBufferPool;
     friend struct AVAudioPCMBufferRecycler;
 
     AVAudioPCMBuffer() = default;
-    bool layOut(const AVAudioFormat &format, std::uint32_t frameCapacity, std::span<std::byte> storage);
+
+    /// Whether `frameCapacity` frames of the format go into `bytes`.
+    static bool fits(const AVAudioFormat &format, std::uint32_t frameCapacity, std::size_t bytes);
+    /// Becomes an empty buffer of the format on `storage`, in which it fits. real-time
+    void layOut(const AVAudioFormat &format, std::uint32_t frameCapacity, std::span<std::byte> storage);
+    /// Becomes an empty buffer whose samples will be written into `block`. real-time
+    void setBorrowedForWriting(PlanarBlock block);
+    void takeFormat(const AVAudioFormat &format);
 
     std::optional<AVAudioFormat> m_format;
     std::uint32_t m_frameCapacity = 0;

@@ -30,7 +30,20 @@ class AVAudioPCMBufferPool
   private:
     friend struct AVAudioPCMBufferRecycler;
 
-    // implementation: slots, storage, free list
+    struct alignas(64) CacheLine {
+        std::array<std::byte, 64> bytes{};
+    };
+
+    std::uint32_t takeSlot();
+    void recycle(std::uint32_t slot) noexcept;
+
+    std::size_t m_slotBytes;
+    std::vector<CacheLine> m_storage;
+    std::unique_ptr<AVAudioPCMBuffer[]> m_buffers;
+    std::vector<std::atomic<std::uint32_t>> m_next; ///< the free slot behind each free slot
+    std::uint32_t m_slotCount;
+    std::atomic<std::uint32_t> m_freeSlots;
+    std::atomic<std::uint64_t> m_head; ///< tag and first free slot
 };
 
 } // namespace tolvenary

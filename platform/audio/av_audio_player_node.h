@@ -2,7 +2,10 @@
 
 #include "platform/audio/av_audio_node.h"
 #include "platform/audio/av_audio_pcm_buffer.h"
+#include "platform/audio/delay_guard.h"
+#include "platform/audio/scheduled_frames.h"
 
+#include <atomic>
 #include <functional>
 
 namespace tolvenary
@@ -34,10 +37,33 @@ class AVAudioPlayerNode final : public AVAudioNode
     /// Drops what is queued. Thread: main, while nobody renders or schedules.
     void reset();
 
-    /// Thread: main, before the run.
+    /// The least cushion; where the engine converts a rate the player has one in any case. Thread: main, before the
+    /// run.
     void setCushion(std::uint32_t frames);
 
+    /// Two channels.
     void render(PlanarBlock output) override;
+
+  private:
+    void prepare(std::uint32_t maxFrames, bool rateIsConverted) override;
+    void detached() override;
+
+    std::uint32_t leadIn();
+    std::uint32_t playQueued(PlanarBlock output);
+    void playSkipping(PlanarBlock output);
+    void copyQueued(PlanarBlock output, std::uint32_t frames) const;
+
+    // The scheduling thread writes to the queue; all below it is the rendering thread's.
+    SpscRing<ScheduledBuffer> m_queue;
+    ScheduledFrames m_frames;
+    DelayGuard m_guard;
+    std::uint32_t m_toSkip = 0;
+    std::uint32_t m_silenceFirst = 0; ///< frames of the cushion that are still to come before the queue's
+    bool m_ranDry = true;
+
+    std::uint32_t m_toldCushion = 0;
+    std::uint32_t m_cushion = 0;
+    std::atomic<bool> m_playing{false};
 };
 
 } // namespace tolvenary

@@ -13,6 +13,7 @@ namespace
 
 constexpr auto answerTime = std::chrono::seconds(1);
 constexpr auto retryTime = std::chrono::milliseconds(300);
+constexpr auto tickTime = std::chrono::milliseconds(50);
 
 timespec toTimespec(std::chrono::nanoseconds time)
 {
@@ -45,6 +46,7 @@ struct Connection::Loop {
     spa_source *connectTimer = nullptr;
     spa_source *answerTimer = nullptr;
     spa_source *updateEvent = nullptr;
+    spa_source *tickTimer = nullptr;
     pw_core_events coreEvents{};
 };
 
@@ -57,6 +59,9 @@ Connection::Loop::Loop(Connection &connection)
         loop(), [](void *data, std::uint64_t) { static_cast<Connection *>(data)->roundTripsTimedOut(); }, &owner);
     updateEvent = pw_loop_add_event(
         loop(), [](void *data, std::uint64_t) { static_cast<Connection *>(data)->m_observer.update(); }, &owner);
+
+    tickTimer = pw_loop_add_timer(
+        loop(), [](void *data, std::uint64_t) { static_cast<Connection *>(data)->m_observer.tick(); }, &owner);
 
     coreEvents.version = PW_VERSION_CORE_EVENTS;
     coreEvents.done = [](void *data, std::uint32_t id, int sequence) {
@@ -75,7 +80,7 @@ Connection::Loop::Loop(Connection &connection)
 Connection::Loop::~Loop()
 {
     pw_thread_loop_stop(thread.get());
-    for (spa_source *source : {connectTimer, answerTimer, updateEvent})
+    for (spa_source *source : {connectTimer, answerTimer, updateEvent, tickTimer})
         pw_loop_destroy_source(loop(), source);
     context.reset();
 }
@@ -200,6 +205,12 @@ void Connection::wake()
 void Connection::scheduleUpdate()
 {
     pw_loop_signal_event(m_loop->loop(), m_loop->updateEvent);
+}
+
+void Connection::setTicking(bool ticking)
+{
+    timespec interval = toTimespec(ticking ? tickTime : std::chrono::milliseconds(0));
+    pw_loop_update_timer(m_loop->loop(), m_loop->tickTimer, &interval, &interval, false);
 }
 
 void Connection::roundTrip(std::function<void(bool answered)> done)

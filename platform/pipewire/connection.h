@@ -30,6 +30,8 @@ class Connection
         virtual void accessDenied() = 0;
         /// Some change asked for by scheduleUpdate().
         virtual void update() = 0;
+        /// Time has passed, see setTicking().
+        virtual void tick() = 0;
     };
 
     explicit Connection(Observer &observer);
@@ -68,6 +70,9 @@ class Connection
 
     /// Calls the observer's update() soon, once for any number of calls.
     void scheduleUpdate();
+
+    /// Whether the observer's tick() is called, every 50 ms.
+    void setTicking(bool ticking);
 
     /// Asks for a round trip; `done` is called on the control thread with true when the server has answered twice (so
     /// that what it tells in answer to our binding of its objects is known, too), with false if it has not within a

@@ -138,6 +138,7 @@ void FilterNode::processCycle(const spa_io_position *position)
 {
     const auto frames = static_cast<std::uint32_t>(position->clock.duration);
     m_rate.store(position->clock.rate.denom, std::memory_order_relaxed);
+    m_cycles.fetch_add(1, std::memory_order_relaxed);
     for (std::size_t i = 0; i < m_ports.size(); ++i) {
         const bool isInput = m_spec.ports[i].direction == PortDirection::input;
         m_buffers[i] = isInput ? const_cast<void *>(takeInput(m_ports[i])) : nullptr;

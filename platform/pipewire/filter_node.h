@@ -87,6 +87,9 @@ class FilterNode
     /// The graph's rate as the last cycle had it, 0 before the first. Thread: any.
     std::uint32_t observedRate() const { return m_rate.load(std::memory_order_relaxed); }
 
+    /// Cycles run since the node was made. Thread: any.
+    std::uint64_t cycles() const { return m_cycles.load(std::memory_order_relaxed); }
+
     const NodeSpec &spec() const { return m_spec; }
 
   private:
@@ -101,6 +104,7 @@ class FilterNode
     std::function<void()> m_changed;
     CallbackGate m_gate;
     std::atomic<std::uint32_t> m_rate = 0;
+    std::atomic<std::uint64_t> m_cycles = 0;
     std::vector<void *> m_ports;
     std::vector<void *> m_buffers;
     bool m_isActive;

@@ -71,23 +71,53 @@ void GraphSession::add(FilterNode &node, NodeRole role)
     m_nodes.insert_or_assign(&node, std::move(role));
     if (m_connection.core() != nullptr)
         node.realize(m_connection.core());
+    nodesChanged();
 }
 
 void GraphSession::setRole(FilterNode &node, NodeRole role)
 {
     m_nodes.insert_or_assign(&node, std::move(role));
-    update();
+    nodesChanged();
 }
 
 void GraphSession::remove(FilterNode &node)
 {
     m_nodes.erase(&node);
     node.release();
+    nodesChanged();
+}
+
+void GraphSession::nodesChanged()
+{
+    const auto isOutput = [](const auto &entry) { return std::holds_alternative<OutputRole>(entry.second); };
+    m_watch = {};
+    m_connection.setTicking(m_nodes.size() > 1 && std::ranges::any_of(m_nodes, isOutput));
     update();
+}
+
+void GraphSession::tick()
+{
+    StallWatch::Progress progress;
+    for (const auto &[node, role] : m_nodes) {
+        if (std::holds_alternative<OutputRole>(role))
+            progress.output += node->cycles();
+        else if (std::holds_alternative<TapRole>(role))
+            progress.tap += node->cycles();
+        else
+            progress.microphone += node->cycles();
+    }
+    std::set<GlobalId> streams;
+    for (const TapWish &tap : wishes().taps)
+        streams.merge(tappedStreams(m_graph, tap));
+    const StallWatch::Verdict before = m_watch.verdict();
+    const auto now = std::chrono::steady_clock::now().time_since_epoch();
+    if (m_watch.tick(progress, streams, now) != before)
+        update();
 }
 
 LinkWishes GraphSession::wishes() const
 {
+    const StallWatch::Verdict &verdict = m_watch.verdict();
     LinkWishes wishes;
     for (const auto &[node, role] : m_nodes) {
         const std::optional<GlobalId> id = node->nodeId();
@@ -96,9 +126,9 @@ LinkWishes GraphSession::wishes() const
         if (const auto *output = std::get_if<OutputRole>(&role))
             wishes.outputs.push_back({*id, output->deviceName});
         else if (const auto *tap = std::get_if<TapRole>(&role))
-            wishes.taps.push_back({*id, tap->excludedProcesses});
+            wishes.taps.push_back({*id, tap->excludedProcesses, verdict.heldStreams, verdict.isTapInOrder});
         else
-            wishes.inputs.push_back({*id});
+            wishes.inputs.push_back({*id, verdict.isMicrophoneInOrder});
     }
     return wishes;
 }

@@ -8,6 +8,7 @@
 #include "platform/pipewire/linker.h"
 #include "platform/pipewire/object_ids.h"
 #include "platform/pipewire/registry.h"
+#include "platform/pipewire/stall_watch.h"
 
 #include <set>
 #include <variant>
@@ -81,7 +82,9 @@ class GraphSession final : private Connection::Observer
     void disconnecting() override;
     void accessDenied() override;
     void update() override;
+    void tick() override;
 
+    void nodesChanged();
     LinkWishes wishes() const;
     std::set<GraphLink> plannedLinks() const { return planLinks(m_graph, wishes()); }
     bool isThere(const FilterNode &node) const;
@@ -95,6 +98,7 @@ class GraphSession final : private Connection::Observer
     std::unique_ptr<Linker> m_linker;
     std::unique_ptr<ClientRights> m_rights;
     bool m_isDenied = false;
+    StallWatch m_watch;
     Connection m_connection; // declared last: its thread calls back into all of the above
 };
 

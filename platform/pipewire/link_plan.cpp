@@ -133,18 +133,22 @@ bool isTapped(const Graph &graph, const GraphNode &node, const TapWish &wish)
     return !graph.carriesSoundOf(node, [&](const GraphNode &upstream) { return graph.isSink(upstream); });
 }
 
+void planStream(Links &links, const Graph &graph, const TapWish &wish, GlobalId stream)
+{
+    const Ports from = graph.portsOf(stream, PortDirection::output);
+    for (std::size_t i = 0; i < from.size(); ++i) {
+        for (const char *name : foldDown(*from[i], i, from.size())) {
+            if (name != nullptr)
+                link(links, from[i], portNamed(graph, wish.nodeId, PortDirection::input, name));
+        }
+    }
+}
+
 void planTap(Links &links, const Graph &graph, const TapWish &wish)
 {
-    for (const auto &[id, node] : graph.nodes) {
-        if (!isTapped(graph, node, wish))
-            continue;
-        const Ports from = graph.portsOf(id, PortDirection::output);
-        for (std::size_t i = 0; i < from.size(); ++i) {
-            for (const char *name : foldDown(*from[i], i, from.size())) {
-                if (name != nullptr)
-                    link(links, from[i], portNamed(graph, wish.nodeId, PortDirection::input, name));
-            }
-        }
+    for (const GlobalId stream : tappedStreams(graph, wish)) {
+        if (!wish.heldStreams.contains(stream))
+            planStream(links, graph, wish, stream);
     }
 }
 
@@ -165,13 +169,27 @@ const GraphNode *microphoneOf(const Graph &graph, const LinkWishes &wishes)
     return graph.carriesSoundOf(*source, isOurs) ? nullptr : source;
 }
 
+std::set<GlobalId> tappedStreams(const Graph &graph, const TapWish &wish)
+{
+    std::set<GlobalId> streams;
+    for (const auto &[id, node] : graph.nodes) {
+        if (isTapped(graph, node, wish))
+            streams.insert(id);
+    }
+    return streams;
+}
+
 std::set<GraphLink> planLinks(const Graph &graph, const LinkWishes &wishes)
 {
     Links links;
-    for (const InputWish &wish : wishes.inputs)
-        planOrder(links, graph, wishes, wish.nodeId);
-    for (const TapWish &wish : wishes.taps)
-        planOrder(links, graph, wishes, wish.nodeId);
+    for (const InputWish &wish : wishes.inputs) {
+        if (wish.isInOrder)
+            planOrder(links, graph, wishes, wish.nodeId);
+    }
+    for (const TapWish &wish : wishes.taps) {
+        if (wish.isInOrder)
+            planOrder(links, graph, wishes, wish.nodeId);
+    }
     for (const OutputWish &wish : wishes.outputs)
         planOutput(links, graph, wish);
     for (const InputWish &wish : wishes.inputs)

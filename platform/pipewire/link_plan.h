@@ -26,10 +26,13 @@ struct OutputWish {
 };
 struct InputWish {
     GlobalId nodeId = 0;
+    bool isInOrder = true; ///< the output waits for it in each cycle
 };
 struct TapWish {
     GlobalId nodeId = 0;
     std::set<std::int32_t> excludedProcesses;
+    std::set<GlobalId> heldStreams; ///< not to be linked for now
+    bool isInOrder = true;
 };
 struct LinkWishes {
     std::vector<OutputWish> outputs;
@@ -39,6 +42,9 @@ struct LinkWishes {
 
 /// The default source, unless what it delivers is our own mix: then there is no microphone.
 const GraphNode *microphoneOf(const Graph &graph, const LinkWishes &wishes);
+
+/// The streams that the tap is to hear, held back or not.
+std::set<GlobalId> tappedStreams(const Graph &graph, const TapWish &wish);
 
 /// Every link that should be there now.
 std::set<GraphLink> planLinks(const Graph &graph, const LinkWishes &wishes);

@@ -16,7 +16,7 @@ constexpr std::int32_t player = 2;
 
 std::set<GraphLink> tapLinks(const GraphBuilder &built, GlobalId tap)
 {
-    return planLinks(built.graph, {{}, {}, {{tap, {ownProcess}}}});
+    return planLinks(built.graph, {{}, {}, {{tap, {ownProcess}, {}, true}}});
 }
 
 TEST(LinkPlan, theOutputPlaysLeftAndRightIntoTheDevice)
@@ -73,7 +73,7 @@ TEST(LinkPlan, everyCaptureNodeRunsBeforeTheOutput)
     const GlobalId output = built.outputNode();
     const GlobalId input = built.inputNode({"input_1"});
     const GlobalId tap = built.tapNode();
-    EXPECT_THAT(planLinks(built.graph, {{{output, "device"}}, {{input}}, {{tap, {}}}}),
+    EXPECT_THAT(planLinks(built.graph, {{{output, "device"}}, {{input, true}}, {{tap, {}, {}, true}}}),
                 UnorderedElementsAre(GraphLink{built.out(input, "order"), built.in(output, "order")},
                                      GraphLink{built.out(tap, "order"), built.in(output, "order")}));
 }
@@ -85,7 +85,7 @@ TEST(LinkPlan, theMicrophoneIsTheDefaultSource)
     built.source("other", {"FL", "FR"});
     built.graph.defaultSourceName = "mic";
     const GlobalId input = built.inputNode({"input_1", "input_2"});
-    EXPECT_THAT(planLinks(built.graph, {{}, {{input}}, {}}),
+    EXPECT_THAT(planLinks(built.graph, {{}, {{input, true}}, {}}),
                 UnorderedElementsAre(GraphLink{built.out(source, "FL"), built.in(input, "input_1")},
                                      GraphLink{built.out(source, "FR"), built.in(input, "input_2")}));
 }
@@ -96,7 +96,7 @@ TEST(LinkPlan, aMonoMicrophoneThatComesLaterIsHeardOnAllChannels)
     const GlobalId source = built.source("mic", {"MONO"});
     built.graph.defaultSourceName = "mic";
     const GlobalId input = built.inputNode({"input_1", "input_2"});
-    EXPECT_THAT(planLinks(built.graph, {{}, {{input}}, {}}),
+    EXPECT_THAT(planLinks(built.graph, {{}, {{input, true}}, {}}),
                 UnorderedElementsAre(GraphLink{built.out(source, "MONO"), built.in(input, "input_1")},
                                      GraphLink{built.out(source, "MONO"), built.in(input, "input_2")}));
 }
@@ -179,7 +179,7 @@ TEST(LinkPlan, aTapThatExcludesNobodyTapsEveryProcess)
     GraphBuilder built;
     built.stream(ownProcess, {"MONO"});
     built.stream(player, {"MONO"});
-    EXPECT_EQ(planLinks(built.graph, {{}, {}, {{built.tapNode(), {}}}}).size(), 4U);
+    EXPECT_EQ(planLinks(built.graph, {{}, {}, {{built.tapNode(), {}, {}, true}}}).size(), 4U);
 }
 
 TEST(LinkPlan, aRecordingStreamIsNotTapped)

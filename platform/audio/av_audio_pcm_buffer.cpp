@@ -1,0 +1,76 @@
+#include "platform/audio/av_audio_pcm_buffer.h"
+
+#include "platform/audio/av_audio_pcm_buffer_pool.h"
+
+#include <algorithm>
+#include <cassert>
+
+namespace tolvenary
+{
+
+void AVAudioPCMBufferRecycler::operator()(AVAudioPCMBuffer *buffer) const noexcept
+{
+    buffer->m_pool->recycle(buffer->m_slot);
+}
+
+std::unique_ptr<AVAudioPCMBuffer> AVAudioPCMBuffer::makeView(const AVAudioFormat &format)
+{
+    if (format.bufferCount() > maxBuffers)
+        return nullptr;
+    std::unique_ptr<AVAudioPCMBuffer> view(new AVAudioPCMBuffer);
+    view->takeFormat(format);
+    return view;
+}
+
+void AVAudioPCMBuffer::setBorrowed(std::span<const float *const> channels, std::uint32_t frames)
+{
+    assert(channels.size() >= m_bufferCount);
+    for (std::size_t i = 0; i < m_bufferCount; ++i)
+        m_buffers[i].mData = const_cast<float *>(channels[i]); // handed out for reading only
+    m_frameCapacity = frames;
+    setFrameLength(frames);
+}
+
+void AVAudioPCMBuffer::setBorrowedForWriting(PlanarBlock block)
+{
+    assert(block.channels.size() >= m_bufferCount);
+    for (std::size_t i = 0; i < m_bufferCount; ++i)
+        m_buffers[i].mData = block.channels[i];
+    m_frameCapacity = block.frames;
+    setFrameLength(0);
+}
+
+void AVAudioPCMBuffer::setFrameLength(std::uint32_t frames)
+{
+    m_frameLength = std::min(frames, m_frameCapacity);
+    for (std::size_t i = 0; i < m_bufferCount; ++i)
+        m_buffers[i].mDataByteSize = m_frameLength * m_format->bytesPerFrame();
+}
+
+void AVAudioPCMBuffer::takeFormat(const AVAudioFormat &format)
+{
+    m_format = format;
+    m_bufferCount = format.bufferCount();
+    for (std::size_t i = 0; i < m_bufferCount; ++i)
+        m_buffers[i] = {format.isInterleaved() ? format.channelCount() : 1, 0, nullptr};
+}
+
+bool AVAudioPCMBuffer::fits(const AVAudioFormat &format, std::uint32_t frameCapacity, std::size_t bytes)
+{
+    if (format.bufferCount() > maxBuffers)
+        return false;
+    const std::size_t frameBytes = std::size_t{format.bytesPerFrame()} * format.bufferCount();
+    return frameCapacity <= bytes / frameBytes;
+}
+
+void AVAudioPCMBuffer::layOut(const AVAudioFormat &format, std::uint32_t frameCapacity, std::span<std::byte> storage)
+{
+    takeFormat(format);
+    m_frameCapacity = frameCapacity;
+    const std::size_t stride = std::size_t{frameCapacity} * format.bytesPerFrame();
+    for (std::size_t i = 0; i < m_bufferCount; ++i)
+        m_buffers[i].mData = storage.data() + i * stride;
+    setFrameLength(0);
+}
+
+} // namespace tolvenary

@@ -1,0 +1,91 @@
+#include "platform/audio/av_audio_pcm_buffer_pool.h"
+
+#include <cassert>
+
+namespace tolvenary
+{
+
+namespace
+{
+
+constexpr std::uint32_t noSlot = 0xFFFFFFFF;
+
+constexpr std::uint32_t slotOf(std::uint64_t head)
+{
+    return static_cast<std::uint32_t>(head);
+}
+
+/// `slot` as the new head. The tag in the upper half differs from the old head's, so that a thread that was suspended
+/// while the same slot was taken and given back does not mistake the list for unchanged.
+constexpr std::uint64_t nextHead(std::uint64_t oldHead, std::uint32_t slot)
+{
+    return ((oldHead >> 32) + 1) << 32 | slot;
+}
+
+} // namespace
+
+AVAudioPCMBufferPool::AVAudioPCMBufferPool(std::uint32_t slots, std::size_t slotBytes)
+    : m_slotBytes((slotBytes + sizeof(CacheLine) - 1) / sizeof(CacheLine) * sizeof(CacheLine)),
+      m_storage(slots * (m_slotBytes / sizeof(CacheLine))),
+      m_buffers(new AVAudioPCMBuffer[slots]),
+      m_next(slots),
+      m_slotCount(slots),
+      m_freeSlots(slots),
+      m_head(slots > 0 ? 0 : noSlot)
+{
+    for (std::uint32_t i = 0; i < slots; ++i) {
+        m_buffers[i].m_pool = this;
+        m_buffers[i].m_slot = i;
+        m_next[i].store(i + 1 < slots ? i + 1 : noSlot, std::memory_order_relaxed);
+    }
+}
+
+AVAudioPCMBufferPool::~AVAudioPCMBufferPool()
+{
+    assert(freeSlots() == m_slotCount);
+}
+
+AVAudioPCMBufferPtr AVAudioPCMBufferPool::make(const AVAudioFormat &format, std::uint32_t frameCapacity)
+{
+    if (!AVAudioPCMBuffer::fits(format, frameCapacity, m_slotBytes))
+        return nullptr;
+    const std::uint32_t slot = takeSlot();
+    if (slot == noSlot)
+        return nullptr;
+    const std::span<std::byte> storage(reinterpret_cast<std::byte *>(m_storage.data()) + slot * m_slotBytes,
+                                       m_slotBytes);
+    m_buffers[slot].layOut(format, frameCapacity, storage);
+    return AVAudioPCMBufferPtr(&m_buffers[slot]);
+}
+
+std::uint32_t AVAudioPCMBufferPool::freeSlots() const
+{
+    return m_freeSlots.load(std::memory_order_relaxed);
+}
+
+std::uint32_t AVAudioPCMBufferPool::takeSlot()
+{
+    std::uint64_t head = m_head.load(std::memory_order_acquire);
+    while (slotOf(head) != noSlot) {
+        // Stale when another thread took the slot meanwhile; the exchange then fails, because the tag has moved on.
+        const std::uint32_t next = m_next[slotOf(head)].load(std::memory_order_relaxed);
+        if (m_head.compare_exchange_weak(head, nextHead(head, next), std::memory_order_acquire)) {
+            m_freeSlots.fetch_sub(1, std::memory_order_relaxed);
+            return slotOf(head);
+        }
+    }
+    return noSlot;
+}
+
+void AVAudioPCMBufferPool::recycle(std::uint32_t slot) noexcept
+{
+    // Counted before it can be taken again, so that the count never falls below 0.
+    m_freeSlots.fetch_add(1, std::memory_order_relaxed);
+    std::uint64_t head = m_head.load(std::memory_order_relaxed);
+    do {
+        m_next[slot].store(slotOf(head), std::memory_order_relaxed);
+    } while (!m_head.compare_exchange_weak(head, nextHead(head, slot), std::memory_order_release,
+                                           std::memory_order_relaxed));
+}
+
+} // namespace tolvenary

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <cstdint>
+
+namespace tolvenary
+{
+
+/// A straight line over `length` frames that ends exactly at `to`; the frame before the first had `from`.
+struct GainRamp {
+    float from = 1;
+    float to = 1;
+    std::uint32_t length = 0;
+};
+
+// The inner loops of the mix, written so that the compiler vectorises them. real-time
+
+void addSamples(float *sum, const float *addend, std::uint32_t frames);
+void scaleSamples(float *samples, std::uint32_t frames, float gain);
+
+/// Scales `frames` frames by the ramp's part that begins `first` frames into it.
+void scaleAlongRamp(float *samples, std::uint32_t frames, const GainRamp &ramp, std::uint32_t first);
+
+/// Moves from what is in `samples` to what is in `target`, in a straight line over `length` frames, of which these
+/// begin at `first`; the last of the line is exactly the target.
+void crossfadeSamples(float *samples, const float *target, std::uint32_t frames, std::uint32_t first,
+                      std::uint32_t length);
+
+} // namespace tolvenary

@@ -1,0 +1,133 @@
+#include "platform/pipewire/stall_watch.h"
+
+#include <algorithm>
+
+namespace tolvenary
+{
+
+namespace
+{
+
+// In cycles of the node that still runs: enough for a late wake-up not to look like a hang.
+constexpr std::uint64_t standsStill = 4;
+constexpr std::uint64_t runsAgain = 2;
+constexpr std::uint64_t neverRuns = 40;
+
+constexpr StallWatch::Time firstPause{2};
+constexpr StallWatch::Time longestPause{16};
+
+} // namespace
+
+const StallWatch::Verdict &StallWatch::tick(const Progress &progress, const std::set<GlobalId> &streams, Time now)
+{
+    forget(streams);
+    switch (m_state) {
+    case State::flowing:
+        watch(progress, streams, now);
+        break;
+    case State::emptying:
+        waitForEmptyTap(progress);
+        break;
+    case State::probing:
+        judge(progress, now);
+        break;
+    }
+    return m_verdict;
+}
+
+// What has gone needs no judgement any more.
+void StallWatch::forget(const std::set<GlobalId> &streams)
+{
+    const auto hasGone = [&](GlobalId stream) { return !streams.contains(stream); };
+    std::erase_if(m_verdict.heldStreams, hasGone);
+    std::erase_if(m_suspects, hasGone);
+    std::erase_if(m_retries, [&](const auto &entry) { return hasGone(entry.first); });
+    if (hasGone(m_onTrial))
+        m_onTrial = 0;
+}
+
+void StallWatch::watch(const Progress &progress, const std::set<GlobalId> &streams, Time now)
+{
+    watchMicrophone(progress);
+    if (progress.output != m_mark.output) {
+        m_mark = progress;
+    } else if (progress.tap == m_mark.tap && progress.microphone >= m_mark.microphone + standsStill) {
+        m_verdict.heldStreams = streams;
+        probe(streams);
+        m_mark = progress;
+        return;
+    }
+    std::set<GlobalId> due;
+    for (const GlobalId stream : m_verdict.heldStreams) {
+        if (m_retries[stream].at <= now)
+            due.insert(stream);
+    }
+    if (!due.empty()) {
+        probe(due);
+        m_mark = progress;
+    }
+}
+
+void StallWatch::watchMicrophone(const Progress &progress)
+{
+    if (!m_verdict.isMicrophoneInOrder) {
+        m_verdict.isMicrophoneInOrder = progress.microphone != m_mark.microphone;
+        return;
+    }
+    const bool outputStands = progress.output == m_mark.output && progress.microphone == m_mark.microphone;
+    m_verdict.isMicrophoneInOrder = !(outputStands && progress.tap >= m_mark.tap + standsStill);
+}
+
+void StallWatch::probe(std::set<GlobalId> suspects)
+{
+    m_verdict.isTapInOrder = false;
+    m_suspects = std::move(suspects);
+    m_onTrial = 0;
+    m_state = State::emptying;
+}
+
+void StallWatch::waitForEmptyTap(const Progress &progress)
+{
+    if (progress.tap >= m_mark.tap + runsAgain) {
+        m_state = State::probing;
+        admitNext(progress);
+    } else if (progress.microphone >= m_mark.microphone + neverRuns) {
+        // It was none of the streams. The tap stays out of the order, and is looked at again like any other.
+        m_mark = progress;
+    }
+}
+
+void StallWatch::judge(const Progress &progress, Time now)
+{
+    const bool runs = progress.tap >= m_mark.tap + runsAgain;
+    const bool hangs = !runs && progress.microphone >= m_mark.microphone + standsStill;
+    if (m_onTrial == 0) {
+        admitNext(progress);
+    } else if (runs) {
+        m_retries.erase(m_onTrial);
+        admitNext(progress);
+    } else if (hangs) {
+        const Time pause = std::clamp(m_retries[m_onTrial].pause * 2, firstPause, longestPause);
+        m_retries[m_onTrial] = {now + pause, pause};
+        m_verdict.heldStreams.insert(m_onTrial);
+        m_state = State::emptying;
+        m_mark = progress;
+        m_onTrial = 0;
+    }
+}
+
+void StallWatch::admitNext(const Progress &progress)
+{
+    m_mark = progress;
+    if (m_suspects.empty()) {
+        m_onTrial = 0;
+        m_verdict.isTapInOrder = true;
+        m_state = State::flowing;
+        return;
+    }
+    m_onTrial = *m_suspects.begin();
+    m_suspects.erase(m_onTrial);
+    m_verdict.heldStreams.erase(m_onTrial);
+}
+
+} // namespace tolvenary

@@ -13,16 +13,17 @@ template <typename Signature> class FunctionRef;
 template <typename R, typename... Args> class FunctionRef<R(Args...)>
 {
   public:
+    // NOLINTBEGIN(google-explicit-constructor, bugprone-forwarding-reference-overload): as std::function_ref has it
     template <typename F>
     requires(!std::is_same_v<std::remove_cvref_t<F>, FunctionRef> && std::is_invocable_r_v<R, F &, Args...>)
-        FunctionRef(
-            F &&callable) // NOLINT(google-explicit-constructor, bugprone-forwarding-reference-overload): as std's
+        FunctionRef(F &&callable)
         : m_callable(const_cast<void *>(static_cast<const void *>(std::addressof(callable)))),
           m_call([](void *target, Args... args) -> R {
               return (*static_cast<std::remove_reference_t<F> *>(target))(std::forward<Args>(args)...);
           })
     {
     }
+    // NOLINTEND(google-explicit-constructor, bugprone-forwarding-reference-overload)
 
     R operator()(Args... args) const { return m_call(m_callable, std::forward<Args>(args)...); }
 

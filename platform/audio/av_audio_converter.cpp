@@ -76,11 +76,16 @@ void AVAudioConverter::Impl::warmUp(std::uint32_t inputFrames)
 {
     AVAudioPCMBufferPool silencePool(1, std::size_t{inputFrames} * from.bytesPerFrame() * from.bufferCount());
     const auto silence = silencePool.make(from, inputFrames);
-    // libswresample makes its memory when it first needs it: twice the longest block, and a short one after it, meets
-    // every case. The filter is then full of silence, so that the stream delivers from its first block on.
-    for (const std::uint32_t frames : {inputFrames, inputFrames, std::min(inputFrames, 1U), inputFrames}) {
-        silence->setFrameLength(frames);
+    // libswresample makes its memory when it first needs it: while its filter fills, and for the longest block. After
+    // that the filter is full of silence, so that the stream delivers from its first block on.
+    const double fill = 2 * SwrStream::filterFrames / std::min(outputPerInput, 1.0);
+    double fed = 0;
+    for (int block = 0; block < 3 || fed < fill; ++block, fed += inputFrames) {
+        silence->setFrameLength(inputFrames);
         convert(*silence);
+    }
+    silence->setFrameLength(0);
+    while (convert(*silence) > 0) {
     }
     ready->setFrameLength(0);
     readyTaken = 0;
@@ -125,9 +130,10 @@ std::unique_ptr<AVAudioConverter> AVAudioConverter::make(const AVAudioFormat &fr
         return nullptr;
     std::unique_ptr<AVAudioConverter> converter(new AVAudioConverter);
     converter->m_impl = std::make_unique<Impl>(from, to, std::move(stream));
-    if (!converter->m_impl->makeRoomFor(maxInputFrames))
+    const std::uint32_t longest = std::max(maxInputFrames, 1U);
+    if (!converter->m_impl->makeRoomFor(longest))
         return nullptr;
-    converter->m_impl->warmUp(maxInputFrames);
+    converter->m_impl->warmUp(longest);
     return converter;
 }
 

@@ -71,7 +71,7 @@ bool setChannelRule(SwrContext *context, std::uint32_t inputs, std::uint32_t out
 /// too many phases for an exact filter bank is interpolated between them.
 bool setFilter(SwrContext *context)
 {
-    return av_opt_set_int(context, "filter_size", 160, 0) >= 0 &&
+    return av_opt_set_int(context, "filter_size", SwrStream::filterFrames, 0) >= 0 &&
            av_opt_set_int(context, "filter_type", SWR_FILTER_TYPE_KAISER, 0) >= 0 &&
            av_opt_set_double(context, "kaiser_beta", 12, 0) >= 0 &&
            av_opt_set_double(context, "cutoff", 0.966, 0) >= 0 && av_opt_set_int(context, "phase_shift", 10, 0) >= 0 &&

@@ -14,6 +14,9 @@ namespace tolvenary
 class SwrStream
 {
   public:
+    /// Length of the filter, in frames of the lower of the two rates.
+    static constexpr int filterFrames = 160;
+
     /// Empty when libswresample cannot do it, or a rate that would have to be converted is not a whole number.
     static std::unique_ptr<SwrStream> make(const AVAudioFormat &from, const AVAudioFormat &to);
 

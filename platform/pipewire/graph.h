@@ -46,6 +46,7 @@ struct GraphLink {
     GlobalId outputPort = 0;
     GlobalId inputPort = 0;
 
+    // NOLINTNEXTLINE(modernize-use-nullptr): a false alarm on defaulted comparisons
     friend auto operator<=>(const GraphLink &, const GraphLink &) = default;
 };
 

@@ -87,7 +87,8 @@ void PrivateSession::hangServer()
 
 void PrivateSession::resumeServer()
 {
-    m_pipewire->signal(SIGCONT);
+    if (m_pipewire)
+        m_pipewire->signal(SIGCONT);
 }
 
 std::unique_ptr<ChildProcess> PrivateSession::start(const Arguments &command)

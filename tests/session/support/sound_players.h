@@ -20,6 +20,10 @@ std::unique_ptr<ChildProcess> playApplication(PrivateSession &session, const App
 std::unique_ptr<ChildProcess> speakInto(PrivateSession &session, const std::string &microphone,
                                         const std::vector<std::string> &channels);
 
+/// Starts another process that plays into the default sink through the pulse server, in stereo: the sounds of the left
+/// and the right side. Returns when it is linked.
+std::unique_ptr<ChildProcess> playPulseClient(PrivateSession &session, const std::vector<std::string> &sounds);
+
 /// "node:port" of one channel that an application plays.
 std::string applicationPort(const std::string &nodeName, const std::string &channel);
 

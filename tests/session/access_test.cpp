@@ -17,8 +17,7 @@ const std::string denied =
 MixBedOptions withRights(const std::string &permissions)
 {
     MixBedOptions options;
-    options.configuration.accessRule =
-        AccessRule{"application.process.binary", "session_access_test", permissions};
+    options.configuration.accessRules = {{"application.process.binary", "session_access_test", permissions}};
     return options;
 }
 

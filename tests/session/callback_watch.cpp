@@ -6,9 +6,9 @@
 #include <cstdarg>
 #include <dlfcn.h>
 #include <malloc.h>
+#include <pipewire/filter.h>
 #include <poll.h>
 #include <pthread.h>
-#include <pipewire/filter.h>
 #include <sys/ioctl.h>
 #include <sys/socket.h>
 #include <time.h>
@@ -76,8 +76,8 @@ void process(void *data, spa_io_position *position)
 
 void beginCounting()
 {
-    for (auto *counter : {&counters.callbacks, &counters.allocations, &counters.frees, &counters.locks,
-                          &counters.waits, &counters.systemCalls})
+    for (auto *counter : {&counters.callbacks, &counters.allocations, &counters.frees, &counters.locks, &counters.waits,
+                          &counters.systemCalls})
         counter->store(0);
     for (auto &slot : counters.mutexes)
         slot.store(nullptr);
@@ -87,8 +87,8 @@ void beginCounting()
 CallbackCounts endCounting()
 {
     counters.counting.store(false);
-    CallbackCounts counts{counters.callbacks, counters.allocations, counters.frees,      counters.locks,
-                          0,                  counters.waits,       counters.systemCalls};
+    CallbackCounts counts{counters.callbacks, counters.allocations, counters.frees, counters.locks, 0,
+                          counters.waits,     counters.systemCalls};
     for (const auto &slot : counters.mutexes)
         counts.mutexes += slot.load() != nullptr ? 1 : 0;
     return counts;

@@ -13,8 +13,8 @@ struct CallbackCounts {
     std::uint64_t allocations = 0;
     std::uint64_t frees = 0;
     std::uint64_t locks = 0;
-    std::size_t mutexes = 0; ///< different ones that were locked
-    std::uint64_t waits = 0; ///< condition variables, sleeps, polls
+    std::size_t mutexes = 0;       ///< different ones that were locked
+    std::uint64_t waits = 0;       ///< condition variables, sleeps, polls
     std::uint64_t systemCalls = 0; ///< read, write, open, ioctl, socket traffic
 };
 

@@ -75,9 +75,9 @@ TEST(Device, whatPlaysItAloudIsNotMixedInAgain)
 {
     MixBed bed;
     bed.run();
-    const auto headphones =
-        bed.session().start({"pw-loopback", "--capture-props={ node.name=listen-in target.object=blackhole_2ch.source }",
-                             "--playback-props={ node.name=listen-out target.object=speakers }"});
+    const auto headphones = bed.session().start(
+        {"pw-loopback", "--capture-props={ node.name=listen-in target.object=blackhole_2ch.source }",
+         "--playback-props={ node.name=listen-out target.object=speakers }"});
     ASSERT_TRUE(bed.waitForGraph([](const SoundGraph &graph) {
         const GraphNode *in = graph.node("listen-in");
         const GraphNode *device = graph.node("blackhole_2ch.source");

@@ -27,8 +27,8 @@ TEST_P(FailedStart, leavesNoNodeBehind)
     std::printf("  %s\n", status.c_str());
     EXPECT_THAT(status, testing::StartsWith("Start failed [" + FailingPlatform::stage(GetParam()) + "]: "));
     EXPECT_FALSE(mix.property("isRunning").toBool());
-    EXPECT_TRUE(bed.waitForGraph(
-        [](const SoundGraph &graph) { return MixBed::nodesOfProgram(graph).empty(); }, std::chrono::seconds(2)))
+    EXPECT_TRUE(bed.waitForGraph([](const SoundGraph &graph) { return MixBed::nodesOfProgram(graph).empty(); },
+                                 std::chrono::seconds(2)))
         << testing::PrintToString(MixBed::nodesOfProgram(SoundGraph::read()).size()) << " nodes left";
 }
 

@@ -75,9 +75,11 @@ std::string FailingPlatform::stage(FailingCall call)
 
 std::string FailingPlatform::name(FailingCall call)
 {
-    static constexpr std::array names = {"microphonePermission", "screenRecordingPermission", "bindOutput",
-                                         "startOutput",          "startInput",                "createTap",
-                                         "createAggregate",      "createIOProc",              "startDevice"};
+    static constexpr std::array names = {"microphonePermission", "screenRecordingPermission",
+                                         "bindOutput",           "startOutput",
+                                         "startInput",           "createTap",
+                                         "createAggregate",      "createIOProc",
+                                         "startDevice"};
     return names.at(static_cast<std::size_t>(call));
 }
 

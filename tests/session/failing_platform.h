@@ -38,9 +38,11 @@ class FailingPlatform final : public Platform,
 {
   public:
     static constexpr std::array allCalls = {
-        FailingCall::microphonePermission, FailingCall::screenRecordingPermission, FailingCall::bindOutput,
-        FailingCall::startOutput,          FailingCall::startInput,                FailingCall::createTap,
-        FailingCall::createAggregate,      FailingCall::createIOProc,              FailingCall::startDevice,
+        FailingCall::microphonePermission, FailingCall::screenRecordingPermission,
+        FailingCall::bindOutput,           FailingCall::startOutput,
+        FailingCall::startInput,           FailingCall::createTap,
+        FailingCall::createAggregate,      FailingCall::createIOProc,
+        FailingCall::startDevice,
     };
 
     FailingPlatform(Platform &real, FailingCall call) : m_real(real), m_call(call) {}

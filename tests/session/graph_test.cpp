@@ -100,16 +100,15 @@ TEST(Graph, afterAKillNoneIsLeft)
     const auto runner = bed.session().start({TOLVENARY_MIX_RUNNER, std::to_string(bed.player()->pid())});
     const auto isLinked = [&](const SoundGraph &graph) {
         const auto nodes = graph.nodesOfProcess(runner->pid());
-        return nodes.size() == 3 && std::all_of(nodes.begin(), nodes.end(),
-                                                [](const GraphNode &node) { return node.state == "running"; });
+        return nodes.size() == 3 &&
+               std::all_of(nodes.begin(), nodes.end(), [](const GraphNode &node) { return node.state == "running"; });
     };
     ASSERT_TRUE(bed.waitForGraph(isLinked)) << runner->output();
     runner->signal(SIGKILL);
     ASSERT_TRUE(runner->waitForEnd(std::chrono::seconds(5)));
     EXPECT_TRUE(bed.waitForGraph([](const SoundGraph &graph) {
-        return std::none_of(graph.nodes.begin(), graph.nodes.end(), [](const GraphNode &node) {
-            return node.name.starts_with("com.tolvenary");
-        });
+        return std::none_of(graph.nodes.begin(), graph.nodes.end(),
+                            [](const GraphNode &node) { return node.name.starts_with("com.tolvenary"); });
     }));
 }
 

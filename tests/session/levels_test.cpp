@@ -80,8 +80,7 @@ TEST_P(Levels, bothSourcesAreInTheDeviceAtTheirGains)
         expectLevels(bed, recorder, micGain, appGain);
 }
 
-INSTANTIATE_TEST_SUITE_P(Devices, Levels,
-                         testing::Values(DeviceKind::pair, DeviceKind::nullSink, DeviceKind::duplex),
+INSTANTIATE_TEST_SUITE_P(Devices, Levels, testing::Values(DeviceKind::pair, DeviceKind::nullSink, DeviceKind::duplex),
                          [](const auto &kind) {
                              const char *const names[] = {"pair", "nullSink", "duplex"};
                              return std::string(names[static_cast<int>(kind.param)]);

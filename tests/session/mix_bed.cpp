@@ -1,5 +1,6 @@
 #include "tests/session/mix_bed.h"
 
+#include "platform/audio_server.h"
 #include "tests/session/support/wait_until.h"
 
 #include <QCoro/QCoroTask>
@@ -28,9 +29,7 @@ void runEvents()
 } // namespace
 
 MixBed::MixBed(MixBedOptions options)
-    : m_options(std::move(options)),
-      m_session(m_options.configuration),
-      m_application(argumentCount, argumentValues)
+    : m_options(std::move(options)), m_session(m_options.configuration), m_application(argumentCount, argumentValues)
 {
     plugAll();
     if (m_options.hangsAtLaunch)
@@ -133,8 +132,7 @@ Recording MixBed::record(Recorder &recorder, std::size_t frames)
     return recorder.record(frames, runEvents);
 }
 
-bool MixBed::waitForGraph(const std::function<bool(const SoundGraph &)> &condition,
-                          std::chrono::milliseconds patience)
+bool MixBed::waitForGraph(const std::function<bool(const SoundGraph &)> &condition, std::chrono::milliseconds patience)
 {
     return waitFor([&] { return condition(SoundGraph::read()); }, patience);
 }

@@ -91,8 +91,8 @@ TEST(HungServer, makesAStartFailAndNotFreeze)
     QElapsedTimer clock;
     clock.start();
     const std::string status = bed.pressStart();
-    std::printf("  %s after %lld ms, longest pause %lld ms\n", status.c_str(),
-                static_cast<long long>(clock.elapsed()), static_cast<long long>(heartbeat.longestPause()));
+    std::printf("  %s after %lld ms, longest pause %lld ms\n", status.c_str(), static_cast<long long>(clock.elapsed()),
+                static_cast<long long>(heartbeat.longestPause()));
     EXPECT_THAT(status, testing::StartsWith("Start failed ["));
     EXPECT_LT(clock.elapsed(), 2500);
     EXPECT_LT(heartbeat.longestPause(), frozen);

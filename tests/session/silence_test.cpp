@@ -27,9 +27,9 @@ std::unique_ptr<ChildProcess> startListener(PrivateSession &session)
 /// A source with nothing behind it: the other half of a loopback that nobody plays into.
 std::unique_ptr<ChildProcess> startUnfedSource(PrivateSession &session)
 {
-    auto source = session.start({"pw-loopback", "-c", "1", "-m", "[ MONO ]",
-                                 "--capture-props={ node.name=unfed-in node.autoconnect=false }",
-                                 "--playback-props={ media.class=Audio/Source node.name=unfed priority.session=3000 }"});
+    auto source = session.start(
+        {"pw-loopback", "-c", "1", "-m", "[ MONO ]", "--capture-props={ node.name=unfed-in node.autoconnect=false }",
+         "--playback-props={ media.class=Audio/Source node.name=unfed priority.session=3000 }"});
     session.waitForGraph([](const SoundGraph &graph) { return graph.defaultNode("default.audio.source") == "unfed"; });
     return source;
 }
@@ -56,8 +56,7 @@ TEST(Silence, whenTheApplicationBeginsTheRunningLineComesBack)
     bed.start();
     ASSERT_TRUE(bed.waitFor([&] { return bed.status() == silentApplication; })) << bed.status();
     const auto player = playApplication(bed.session());
-    EXPECT_TRUE(bed.waitFor([&] { return bed.status().starts_with("Running → BlackHole 2ch  mic:"); }))
-        << bed.status();
+    EXPECT_TRUE(bed.waitFor([&] { return bed.status().starts_with("Running → BlackHole 2ch  mic:"); })) << bed.status();
     EXPECT_GT(bed.mix().property("appFrames").toULongLong(), 0U);
 }
 

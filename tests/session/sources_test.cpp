@@ -36,8 +36,8 @@ Heard hear(MixBed &bed, double frequency)
 void expectHeard(MixBed &bed, double frequency, double left, double right)
 {
     const Heard heard = hear(bed, frequency);
-    std::printf("  %.0f Hz: left %.4f (want %.4f), right %.4f (want %.4f)\n", frequency, heard.left, left,
-                heard.right, right);
+    std::printf("  %.0f Hz: left %.4f (want %.4f), right %.4f (want %.4f)\n", frequency, heard.left, left, heard.right,
+                right);
     constexpr double tenthOfADecibel = 0.0116;
     EXPECT_NEAR(heard.left, left, left * tenthOfADecibel + 1e-5) << frequency << " Hz, left";
     EXPECT_NEAR(heard.right, right, right * tenthOfADecibel + 1e-5) << frequency << " Hz, right";
@@ -49,7 +49,8 @@ TEST(Sources, anApplicationThatBeginsAfterStartIsHeard)
 {
     MixBed bed(quietMicrophone());
     bed.run();
-    const auto late = playApplication(bed.session(), {.nodeName = "late", .channels = {"FL=tone:700:0.3", "FR=silence"}});
+    const auto late =
+        playApplication(bed.session(), {.nodeName = "late", .channels = {"FL=tone:700:0.3", "FR=silence"}});
     expectHeard(bed, 700, 0.3, 0);
     expectHeard(bed, 1499, 0.2, 0.2);
 }

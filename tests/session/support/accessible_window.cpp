@@ -174,8 +174,8 @@ double AccessibleWindow::value(const AccessibleElement &element) const
 AccessibleBox AccessibleWindow::box(const AccessibleElement &element) const
 {
     const QVariant answer =
-        m_bus->first(m_bus->call(m_bus->application, QString::fromStdString(element.path),
-                                 "org.a11y.atspi.Component", "GetExtents", {QVariant::fromValue(uint{0})}));
+        m_bus->first(m_bus->call(m_bus->application, QString::fromStdString(element.path), "org.a11y.atspi.Component",
+                                 "GetExtents", {QVariant::fromValue(uint{0})}));
     AccessibleBox box;
     const auto extents = answer.value<QDBusArgument>();
     extents.beginStructure();

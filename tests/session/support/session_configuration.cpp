@@ -101,8 +101,8 @@ void writeConfiguration(const SessionConfiguration &configuration, const fs::pat
     write(wireplumber / "main.lua.d/60-no-hardware.lua", noHardware04);
     write(wireplumber / "bluetooth.lua.d/60-no-hardware.lua", noBluetooth04);
     write(wireplumber / "wireplumber.conf.d/60-no-hardware.conf", noHardware05);
-    if (configuration.accessRule)
-        writeAccessRule(*configuration.accessRule, wireplumber);
+    for (const AccessRule &rule : configuration.accessRules)
+        writeAccessRule(rule, wireplumber);
 }
 
 } // namespace tolvenary::session

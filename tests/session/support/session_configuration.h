@@ -1,7 +1,6 @@
 #pragma once
 
 #include <filesystem>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -23,7 +22,7 @@ struct SessionConfiguration {
     bool pulse = false;         ///< with the server that pulse clients talk to
     bool shippedDevice = false; ///< with the "BlackHole 2ch" drop-in that the packages carry
     bool speakers = true;       ///< with a default sink for applications to play into
-    std::optional<AccessRule> accessRule = {};
+    std::vector<AccessRule> accessRules = {};
 };
 
 /// Writes what PipeWire and WirePlumber (0.4 and 0.5) shall read below the private configuration directory. No

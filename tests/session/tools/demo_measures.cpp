@@ -51,10 +51,10 @@ void measureSide(const Recording &recording, Stretch stretch, const DemoGains &g
     const long voiceDelay = delayOf(mix, voice);
     const long musicDelay = delayOf(mix, music);
     const SourceFit fit = fitSources(mix, {delayed(voice, voiceDelay), delayed(music, musicDelay)});
-    measures.sources.push_back({"microphone" + side, gains.microphone, decibels(fit.gains[0] / gains.microphone),
-                                voiceDelay});
-    measures.sources.push_back({"application" + side, gains.application, decibels(fit.gains[1] / gains.application),
-                                musicDelay});
+    measures.sources.push_back(
+        {"microphone" + side, gains.microphone, decibels(fit.gains[0] / gains.microphone), voiceDelay});
+    measures.sources.push_back(
+        {"application" + side, gains.application, decibels(fit.gains[1] / gains.application), musicDelay});
     measures.gaps += fit.gaps.size();
 }
 
@@ -105,8 +105,8 @@ DemoMeasures measure(const Recording &recording, const DemoGains &gains, const s
 
 bool report(const DemoMeasures &measures)
 {
-    bool isGood = measures.gaps == 0 && measures.microphoneFrames > 0 && measures.applicationFrames > 0 &&
-                  measures.seconds > 1;
+    bool isGood =
+        measures.gaps == 0 && measures.microphoneFrames > 0 && measures.applicationFrames > 0 && measures.seconds > 1;
     std::printf("\n%-20s %8s %14s %8s\n", "source in the device", "gain", "level error", "delay");
     for (const DemoSource &source : measures.sources) {
         std::printf("%-20s %8.2f %+11.3f dB %8ld frames\n", source.name.c_str(), source.gain, source.levelError,

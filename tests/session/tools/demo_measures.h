@@ -8,9 +8,9 @@ namespace tolvenary::session
 /// What became of one source in the device.
 struct DemoSource {
     std::string name;
-    double gain = 0;      ///< as set in the window
+    double gain = 0;       ///< as set in the window
     double levelError = 0; ///< decibels between what came out and source times gain
-    long delay = 0;       ///< frames
+    long delay = 0;        ///< frames
 };
 
 struct DemoMeasures {

@@ -15,8 +15,9 @@ namespace
 using namespace std::chrono_literals;
 
 constexpr const char *musicProgram = "Music Box";
-constexpr const char *spoken = "Good evening, everybody. You hear me, and you hear the music that plays on this computer, "
-                               "both in one stream, and none of it comes late.";
+constexpr const char *spoken =
+    "Good evening, everybody. You hear me, and you hear the music that plays on this computer, "
+    "both in one stream, and none of it comes late.";
 
 void demand(bool condition, const std::string &what)
 {
@@ -45,9 +46,9 @@ DemoStage::DemoStage(int &argc, char **argv, const std::string &program)
       m_application(offscreen(argc), argv),
       m_microphone(makeMicrophone(m_session)),
       m_voice(speakInto(m_session, "microphone", {"MONO=speech:" + makeSpeech(m_session)})),
-      m_music(playApplication(m_session, {.nodeName = "music-box",
-                                          .applicationName = musicProgram,
-                                          .channels = {"FL=tune:0.4", "FR=tune:0.3"}})),
+      m_music(playApplication(
+          m_session,
+          {.nodeName = "music-box", .applicationName = musicProgram, .channels = {"FL=tune:0.4", "FR=tune:0.3"}})),
       m_display(m_session)
 {
     showWindow(program);

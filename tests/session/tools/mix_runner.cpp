@@ -1,27 +1,22 @@
 #include "app/linux_platform.h"
 #include "core/mix_coordinator.h"
+#include "platform/audio_server.h"
 
 #include <QCoreApplication>
 #include <QCoro/QCoroTask>
+#include <QEventLoop>
 #include <cstdio>
 #include <cstdlib>
 
 namespace
 {
 
-QCoro::Task<void> run(tolvenary::LinuxPlatform &platform, tolvenary::MixCoordinator &mix, int pick)
+void settle(tolvenary::LinuxPlatform &platform)
 {
-    platform.audioServer().settle([&mix, pick](bool /*answered*/) {
-        QMetaObject::invokeMethod(&mix, [&mix, pick]() -> void {
-            mix.refreshBlackHole();
-            mix.setProperty("selectedAppID", pick);
-        });
-    });
-    while (mix.property("selectedAppID").toInt() != pick)
-        co_await QCoro::sleepFor(std::chrono::milliseconds(10));
-    co_await mix.refreshApps();
-    co_await mix.start();
-    std::puts(mix.property("status").toString().toUtf8().constData());
+    QEventLoop loop;
+    platform.audioServer().settle(
+        [&loop](bool /*answered*/) { QMetaObject::invokeMethod(&loop, &QEventLoop::quit, Qt::QueuedConnection); });
+    loop.exec();
 }
 
 } // namespace
@@ -32,6 +27,12 @@ int main(int argc, char **argv)
     QCoreApplication application(argc, argv);
     tolvenary::LinuxPlatform platform;
     tolvenary::MixCoordinator mix(platform);
-    const auto running = run(platform, mix, argc > 1 ? std::atoi(argv[1]) : 0);
+    settle(platform);
+    mix.refreshBlackHole();
+    QCoro::waitFor(mix.refreshApps());
+    mix.setSelectedAppID(argc > 1 ? std::atoi(argv[1]) : 0);
+    QCoro::waitFor(mix.start());
+    std::puts(mix.status().toUtf8().constData());
+    std::fflush(stdout);
     return QCoreApplication::exec();
 }

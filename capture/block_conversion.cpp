@@ -1,7 +1,7 @@
 #include "capture/block_conversion.h"
 
-#include <cmath>
 #include <cstdlib>
+#include <limits>
 
 namespace tolvenary
 {
@@ -9,35 +9,41 @@ namespace tolvenary
 namespace
 {
 
-constexpr double marginFrames = 32;
-constexpr double countsEnd = 4294967296.0;
+constexpr double capacityMargin = 32.0;
 
 } // namespace
 
-std::uint32_t convertedCapacity(double targetRate, double sourceRate, std::uint32_t frames)
+const AVAudioPCMBuffer *OneShotInput::operator()(std::uint32_t, AVAudioConverterInputStatus &outStatus)
 {
-    const double capacity = targetRate / sourceRate * frames + marginFrames;
-    if (!std::isfinite(capacity) || capacity <= -1 || capacity >= countsEnd)
+    if (m_supplied) {
+        outStatus = AVAudioConverterInputStatus::noDataNow;
+        return nullptr;
+    }
+    m_supplied = true;
+    outStatus = AVAudioConverterInputStatus::haveData;
+    return &m_block;
+}
+
+std::uint32_t outputCapacity(double targetRate, double sourceRate, std::uint32_t frames)
+{
+    constexpr double firstTooLarge = double{std::numeric_limits<std::uint32_t>::max()} + 1.0;
+    const double capacity = targetRate / sourceRate * frames + capacityMargin;
+    if (!(capacity > -1.0 && capacity < firstTooLarge))
         std::abort();
     return static_cast<std::uint32_t>(capacity);
 }
 
-AVAudioPCMBufferPtr convertBlock(AVAudioConverter &converter, AVAudioPCMBufferPool &pool, const AVAudioPCMBuffer &block)
+AVAudioPCMBufferPtr convertBlock(AVAudioConverter *converter, AVAudioPCMBufferPool &pool, const AVAudioPCMBuffer &block,
+                                 const AVAudioFormat &target)
 {
-    const AVAudioFormat &target = converter.outputFormat();
-    AVAudioPCMBufferPtr output =
-        pool.make(target, convertedCapacity(target.sampleRate(), block.format().sampleRate(), block.frameLength()));
-    if (output == nullptr)
+    const std::uint32_t capacity =
+        outputCapacity(target.sampleRate(), block.format().sampleRate(), block.frameLength());
+    AVAudioPCMBufferPtr output = pool.make(target, capacity);
+    if (output == nullptr || converter == nullptr)
         return nullptr;
-    bool isSupplied = false;
-    // Never the end of the stream: the converter keeps its history for the next block.
-    const auto supplyOnce = [&](std::uint32_t, AVAudioConverterInputStatus &status) -> const AVAudioPCMBuffer * {
-        status = isSupplied ? AVAudioConverterInputStatus::noDataNow : AVAudioConverterInputStatus::haveData;
-        const AVAudioPCMBuffer *next = isSupplied ? nullptr : &block;
-        isSupplied = true;
-        return next;
-    };
-    if (converter.convertToBuffer(*output, nullptr, supplyOnce) == AVAudioConverterOutputStatus::error)
+    OneShotInput input(block);
+    // Without a place for an error's text the converter allocates none; its status tells enough.
+    if (converter->convertToBuffer(*output, nullptr, input) == AVAudioConverterOutputStatus::error)
         return nullptr;
     return output;
 }

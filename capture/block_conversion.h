@@ -6,13 +6,28 @@
 namespace tolvenary
 {
 
-/// Frames that converting `frames` frames may give at most: by the ratio of the rates, and 32 more for what the
-/// converter had kept. A count that no buffer could have ends the program. real-time
-std::uint32_t convertedCapacity(double targetRate, double sourceRate, std::uint32_t frames);
+/// Hands one block to a converter: the first time it is asked it supplies the block, later it has no data for now. It
+/// never ends the stream, so that the converter carries its filter's history over to the next block. real-time
+class OneShotInput
+{
+  public:
+    explicit OneShotInput(const AVAudioPCMBuffer &block) : m_block(block) {}
 
-/// Converts one captured block as the next piece of a stream, and hands back all that is ready, also if that is
-/// nothing. Empty when no buffer is free or the conversion fails. real-time
-AVAudioPCMBufferPtr convertBlock(AVAudioConverter &converter, AVAudioPCMBufferPool &pool,
-                                 const AVAudioPCMBuffer &block);
+    const AVAudioPCMBuffer *operator()(std::uint32_t inNumberOfPackets, AVAudioConverterInputStatus &outStatus);
+
+  private:
+    const AVAudioPCMBuffer &m_block;
+    bool m_supplied = false;
+};
+
+/// Frames of room for `frames` frames at `sourceRate` once they are at `targetRate`, with a margin for what a resampler
+/// held back before. Stops the program where that is no 32-bit count: such a format is a defect, not a condition.
+/// real-time
+std::uint32_t outputCapacity(double targetRate, double sourceRate, std::uint32_t frames);
+
+/// What `converter` makes of one block, in a new buffer in `target`; its length is whatever was ready. Empty when there
+/// is no converter, no free buffer, or an error. real-time
+AVAudioPCMBufferPtr convertBlock(AVAudioConverter *converter, AVAudioPCMBufferPool &pool, const AVAudioPCMBuffer &block,
+                                 const AVAudioFormat &target);
 
 } // namespace tolvenary

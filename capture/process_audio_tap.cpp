@@ -2,8 +2,12 @@
 
 #include "platform/aggregate_devices.h"
 #include "platform/audio_object_properties.h"
+#include "platform/platform.h"
 #include "platform/process_info.h"
 #include "platform/process_taps.h"
+
+#include <utility>
+#include <vector>
 
 namespace tolvenary
 {
@@ -11,32 +15,50 @@ namespace tolvenary
 namespace
 {
 
-std::string inParentheses(OSStatus status)
+constexpr AudioDeviceIOProcID noIOProc{};
+
+std::string osStatus(OSStatus status)
 {
-    return "(OSStatus " + std::to_string(status) + ").";
+    return "(OSStatus " + std::to_string(status) + ")";
 }
 
-tl::unexpected<Error> callFailed(const std::string &call, OSStatus status)
+/// The device exists only to give the tap a cycle: no sub-device, and the tap itself in the place of the clock.
+Dictionary aggregateDescription(const std::string &uid, const std::string &tapUID)
 {
-    return failure(status, call + " failed " + inParentheses(status));
+    const Dictionary tap{{"uid", tapUID}, {"drift", 1}};
+    return {
+        {"name", std::string("TolvenaryTapAggregate")},
+        {"uid", uid},
+        {"master", tapUID},
+        {"private", 1},
+        {"stacked", 0},
+        {"taps", std::vector<Dictionary>{tap}},
+        {"subdevices", std::vector<Dictionary>{}},
+    };
 }
 
 } // namespace
 
-Result<std::unique_ptr<ProcessAudioTap>> ProcessAudioTap::make(Platform &platform, AVAudioPCMBufferPool &pool,
-                                                               const std::vector<std::int32_t> &excludePIDs,
-                                                               const AVAudioFormat &targetFormat,
-                                                               BufferCallback onBuffer)
+Result<std::unique_ptr<ProcessAudioTap>> ProcessAudioTap::create(Platform &platform, AVAudioPCMBufferPool &pool,
+                                                                 std::span<const std::int32_t> excludePIDs,
+                                                                 const AVAudioFormat &targetFormat, OnBuffer onBuffer)
 {
     std::unique_ptr<ProcessAudioTap> tap(new ProcessAudioTap(platform, pool, targetFormat, std::move(onBuffer)));
-    if (Result<void> made = tap->setup(excludePIDs); !made)
-        return tl::unexpected(made.error());
+    if (const auto ready = tap->setup(excludePIDs); !ready)
+        return tl::unexpected(ready.error());
     return tap;
 }
 
 ProcessAudioTap::ProcessAudioTap(Platform &platform, AVAudioPCMBufferPool &pool, const AVAudioFormat &targetFormat,
-                                 BufferCallback onBuffer)
-    : m_platform(platform), m_pool(pool), m_targetFormat(targetFormat), m_onBuffer(std::move(onBuffer))
+                                 OnBuffer onBuffer)
+    : m_properties(platform.audioObjectProperties()),
+      m_taps(platform.processTaps()),
+      m_aggregates(platform.aggregateDevices()),
+      m_ioProcs(platform.ioProcs()),
+      m_processInfo(platform.processInfo()),
+      m_pool(pool),
+      m_targetFormat(targetFormat),
+      m_onBuffer(std::move(onBuffer))
 {
 }
 
@@ -45,33 +67,101 @@ ProcessAudioTap::~ProcessAudioTap()
     stop();
 }
 
-Result<void> ProcessAudioTap::setup(const std::vector<std::int32_t> &excludePIDs)
+Result<void> ProcessAudioTap::setup(std::span<const std::int32_t> excludePIDs)
 {
-    std::vector<AudioObjectID> excluded;
-    for (const std::int32_t pid : excludePIDs) {
-        const Result<AudioObjectID> object = translatePID(pid);
-        if (!object)
-            return tl::unexpected(object.error());
-        excluded.push_back(*object);
-    }
-    return createTap(excluded)
+    return createTap(excludePIDs)
         .and_then([this] { return createAggregateDevice(); })
         .and_then([this] { return readStreamFormat(); })
         .and_then([this] { return createIOProc(); });
 }
 
+Result<void> ProcessAudioTap::createTap(std::span<const std::int32_t> excludePIDs)
+{
+    CATapDescription description;
+    for (const std::int32_t pid : excludePIDs) {
+        const auto process = translatePID(pid);
+        if (!process)
+            return tl::unexpected(process.error());
+        description.stereoGlobalTapButExcludeProcesses.push_back(*process);
+    }
+    description.uuid = m_processInfo.makeUUIDString();
+    description.isPrivate = true;
+    description.isExclusive = false;
+
+    AudioObjectID tap = kAudioObjectUnknown;
+    const OSStatus status = m_taps.AudioHardwareCreateProcessTap(description, tap);
+    if (status != noErr || tap == kAudioObjectUnknown)
+        return failure(status, "AudioHardwareCreateProcessTap failed " + osStatus(status) +
+                                   ". Likely TCC: grant Audio Capture (Screen Recording) and relaunch.");
+    m_tapID = tap;
+    return {};
+}
+
+Result<void> ProcessAudioTap::createAggregateDevice()
+{
+    const auto tapUID = cfStringProperty(m_tapID, kAudioTapPropertyUID, kAudioObjectPropertyScopeGlobal);
+    if (!tapUID)
+        return tl::unexpected(tapUID.error());
+    const std::string uid = "com.tolvenary.tap." + m_processInfo.makeUUIDString();
+
+    AudioObjectID aggregate = kAudioObjectUnknown;
+    const OSStatus status =
+        m_aggregates.AudioHardwareCreateAggregateDevice(aggregateDescription(uid, *tapUID), aggregate);
+    if (status != noErr || aggregate == kAudioObjectUnknown)
+        return failure(status, "AudioHardwareCreateAggregateDevice failed " + osStatus(status) + ".");
+    m_aggregateID = aggregate;
+    return {};
+}
+
+Result<void> ProcessAudioTap::readStreamFormat()
+{
+    const AudioObjectPropertyAddress address{kAudioDevicePropertyStreamFormat, kAudioObjectPropertyScopeInput,
+                                             kAudioObjectPropertyElementMain};
+    AudioStreamBasicDescription description;
+    std::uint32_t size = sizeof description;
+    const OSStatus status = m_properties.AudioObjectGetPropertyData(m_aggregateID, address, {}, size, &description);
+    if (status != noErr)
+        return failure(status, "Failed to read aggregate stream format " + osStatus(status) + ".");
+    m_streamFormat = description;
+    m_avFormat = AVAudioFormat::fromStreamDescription(description);
+    makeConverter();
+    return {};
+}
+
+/// To make a converter allocates, so it is here already before the first cycle needs it, and not on its thread. Where
+/// the formats are equal there is nothing to convert.
+void ProcessAudioTap::makeConverter()
+{
+    if (m_converter == nullptr && m_avFormat && *m_avFormat != m_targetFormat)
+        m_converter = AVAudioConverter::make(*m_avFormat, m_targetFormat);
+}
+
+Result<void> ProcessAudioTap::createIOProc()
+{
+    AudioDeviceIOProcID proc = noIOProc;
+    const OSStatus status = m_ioProcs.AudioDeviceCreateIOProcIDWithBlock(
+        proc, m_aggregateID,
+        [this](const AudioTimeStamp &, ConstAudioBufferList inInputData, const AudioTimeStamp &, AudioBufferList,
+               const AudioTimeStamp &) { handle(inInputData); });
+    if (status != noErr || proc == noIOProc)
+        return failure(status, "AudioDeviceCreateIOProcIDWithBlock failed " + osStatus(status) + ".");
+    m_ioProcID = proc;
+    return {};
+}
+
+/// A process without a sound object translates to 0, which excludes nothing.
 Result<AudioObjectID> ProcessAudioTap::translatePID(std::int32_t pid)
 {
-    constexpr AudioObjectPropertyAddress address{kAudioHardwarePropertyTranslatePIDToProcessObject,
-                                                 kAudioObjectPropertyScopeGlobal, kAudioObjectPropertyElementMain};
-    AudioObjectID object = kAudioObjectUnknown;
-    std::uint32_t size = sizeof object;
-    const OSStatus status = m_platform.audioObjectProperties().AudioObjectGetPropertyData(
-        kAudioObjectSystemObject, address, std::as_bytes(std::span(&pid, 1)), size, &object);
+    const AudioObjectPropertyAddress address{kAudioHardwarePropertyTranslatePIDToProcessObject,
+                                             kAudioObjectPropertyScopeGlobal, kAudioObjectPropertyElementMain};
+    AudioObjectID process = kAudioObjectUnknown;
+    std::uint32_t size = sizeof process;
+    const OSStatus status = m_properties.AudioObjectGetPropertyData(kAudioObjectSystemObject, address,
+                                                                    std::as_bytes(std::span(&pid, 1)), size, &process);
     if (status != noErr)
         return failure(status, "TranslatePIDToProcessObject failed for pid " + std::to_string(pid) + " " +
-                                   inParentheses(status));
-    return object;
+                                   osStatus(status) + ".");
+    return process;
 }
 
 Result<std::string> ProcessAudioTap::cfStringProperty(AudioObjectID object, std::uint32_t selector, std::uint32_t scope)
@@ -79,91 +169,21 @@ Result<std::string> ProcessAudioTap::cfStringProperty(AudioObjectID object, std:
     std::string text;
     StringReference reference = &text;
     std::uint32_t size = sizeof reference;
-    const OSStatus status = m_platform.audioObjectProperties().AudioObjectGetPropertyData(
+    const OSStatus status = m_properties.AudioObjectGetPropertyData(
         object, {selector, scope, kAudioObjectPropertyElementMain}, {}, size, &reference);
     if (status != noErr)
-        return failure(status, "Failed to read CFString property " + inParentheses(status));
+        return failure(status, "Failed to read CFString property " + osStatus(status) + ".");
     return text;
-}
-
-Result<void> ProcessAudioTap::createTap(const std::vector<AudioObjectID> &excluded)
-{
-    CATapDescription description;
-    description.stereoGlobalTapButExcludeProcesses = excluded;
-    description.uuid = m_platform.processInfo().makeUUIDString();
-    description.isPrivate = true;
-    description.isExclusive = false;
-    AudioObjectID tap = kAudioObjectUnknown;
-    const OSStatus status = m_platform.processTaps().AudioHardwareCreateProcessTap(description, tap);
-    if (status != noErr || tap == kAudioObjectUnknown) {
-        return failure(status, "AudioHardwareCreateProcessTap failed (OSStatus " + std::to_string(status) +
-                                   "). Likely TCC: grant Audio Capture (Screen Recording) and relaunch.");
-    }
-    m_tapID = tap;
-    return {};
-}
-
-Result<void> ProcessAudioTap::createAggregateDevice()
-{
-    const Result<std::string> tapUID = cfStringProperty(m_tapID, kAudioTapPropertyUID, kAudioObjectPropertyScopeGlobal);
-    if (!tapUID)
-        return tl::unexpected(tapUID.error());
-    const Dictionary subTap{{"uid", *tapUID}, {"drift", 1}};
-    // The tap is the master and there is no sub-device: the device is only there to give the tap an IO cycle.
-    const Dictionary description{{"name", std::string("TolvenaryTapAggregate")},
-                                 {"uid", "com.tolvenary.tap." + m_platform.processInfo().makeUUIDString()},
-                                 {"master", *tapUID},
-                                 {"private", 1},
-                                 {"stacked", 0},
-                                 {"taps", std::vector<Dictionary>{subTap}},
-                                 {"subdevices", std::vector<Dictionary>{}}};
-    AudioObjectID aggregate = kAudioObjectUnknown;
-    const OSStatus status = m_platform.aggregateDevices().AudioHardwareCreateAggregateDevice(description, aggregate);
-    if (status != noErr || aggregate == kAudioObjectUnknown)
-        return callFailed("AudioHardwareCreateAggregateDevice", status);
-    m_aggregateID = aggregate;
-    return {};
-}
-
-Result<void> ProcessAudioTap::readStreamFormat()
-{
-    AudioStreamBasicDescription format;
-    std::uint32_t size = sizeof format;
-    const OSStatus status = m_platform.audioObjectProperties().AudioObjectGetPropertyData(
-        m_aggregateID,
-        {kAudioDevicePropertyStreamFormat, kAudioObjectPropertyScopeInput, kAudioObjectPropertyElementMain}, {}, size,
-        &format);
-    if (status != noErr)
-        return failure(status, "Failed to read aggregate stream format " + inParentheses(status));
-    m_streamFormat = format;
-    m_avFormat = AVAudioFormat::fromStreamDescription(format);
-    // Made here, where memory may be made: the cycle would have to do it in its first call.
-    if (m_avFormat && *m_avFormat != m_targetFormat)
-        m_converter = AVAudioConverter::make(*m_avFormat, m_targetFormat);
-    return {};
-}
-
-Result<void> ProcessAudioTap::createIOProc()
-{
-    AudioDeviceIOProcID proc{};
-    // The cycle outlives neither stop() nor, therefore, this object.
-    const OSStatus status = m_platform.ioProcs().AudioDeviceCreateIOProcIDWithBlock(
-        proc, m_aggregateID,
-        [this](const AudioTimeStamp &, ConstAudioBufferList inputData, const AudioTimeStamp &, AudioBufferList,
-               const AudioTimeStamp &) { handle(inputData); });
-    if (status != noErr || proc == AudioDeviceIOProcID{})
-        return callFailed("AudioDeviceCreateIOProcIDWithBlock", status);
-    m_ioProcID = proc;
-    return {};
 }
 
 Result<void> ProcessAudioTap::start()
 {
     if (!m_ioProcID || m_running)
         return {};
-    const OSStatus status = m_platform.ioProcs().AudioDeviceStart(m_aggregateID, *m_ioProcID);
+    makeConverter(); // once more, should there have been no memory for it before
+    const OSStatus status = m_ioProcs.AudioDeviceStart(m_aggregateID, *m_ioProcID);
     if (status != noErr)
-        return callFailed("AudioDeviceStart", status);
+        return failure(status, "AudioDeviceStart failed " + osStatus(status) + ".");
     m_running = true;
     return {};
 }
@@ -171,19 +191,19 @@ Result<void> ProcessAudioTap::start()
 void ProcessAudioTap::stop()
 {
     if (m_running && m_ioProcID) {
-        m_platform.ioProcs().AudioDeviceStop(m_aggregateID, *m_ioProcID);
+        m_ioProcs.AudioDeviceStop(m_aggregateID, *m_ioProcID);
         m_running = false;
     }
     if (m_ioProcID) {
-        m_platform.ioProcs().AudioDeviceDestroyIOProcID(m_aggregateID, *m_ioProcID);
+        m_ioProcs.AudioDeviceDestroyIOProcID(m_aggregateID, *m_ioProcID);
         m_ioProcID.reset();
     }
     if (m_aggregateID != kAudioObjectUnknown) {
-        m_platform.aggregateDevices().AudioHardwareDestroyAggregateDevice(m_aggregateID);
+        m_aggregates.AudioHardwareDestroyAggregateDevice(m_aggregateID);
         m_aggregateID = kAudioObjectUnknown;
     }
     if (m_tapID != kAudioObjectUnknown) {
-        m_platform.processTaps().AudioHardwareDestroyProcessTap(m_tapID);
+        m_taps.AudioHardwareDestroyProcessTap(m_tapID);
         m_tapID = kAudioObjectUnknown;
     }
 }

@@ -2,8 +2,8 @@
 
 #include "platform/audio/av_audio_converter.h"
 #include "platform/audio/av_audio_pcm_buffer_pool.h"
+#include "platform/error.h"
 #include "platform/io_procs.h"
-#include "platform/platform.h"
 
 #include <functional>
 #include <memory>
@@ -13,59 +13,83 @@
 namespace tolvenary
 {
 
-/// Receives one buffer in the target format and may keep it. real-time
-using BufferCallback = std::function<void(AVAudioPCMBufferPtr buffer)>;
+class AggregateDevices;
+class AudioObjectProperties;
+class Platform;
+class ProcessInfo;
+class ProcessTaps;
 
-/// Captures what every other process plays: a process tap that leaves out some processes, a private device around it
-/// that gives it an IO cycle, and a block in that cycle which turns its input into buffers of the target format.
+/// Captures what all other processes play and hands it on, cycle by cycle, in one format.
 ///
-/// Made whole or not at all; made for one run: a tap that has been stopped stays so. Thread: main, but for the cycle.
+/// A process tap alone has no cycle. It is therefore wrapped in an aggregate device of its own, whose only content it
+/// is, and an IO block on that device receives the sound. A tap that was made has all three and is not running; a tap
+/// that was stopped has none of them and cannot be started again.
+///
+/// Thread: main, but for the IO block and `onBuffer`, which run on the device's real-time thread, and not after stop().
 class ProcessAudioTap
 {
   public:
-    /// `platform` and `pool` outlive the tap; buffers are made from `pool`, so that the cycle does not allocate.
-    static Result<std::unique_ptr<ProcessAudioTap>> make(Platform &platform, AVAudioPCMBufferPool &pool,
-                                                         const std::vector<std::int32_t> &excludePIDs,
-                                                         const AVAudioFormat &targetFormat, BufferCallback onBuffer);
+    /// real-time: takes each block, in the target format. The buffer is new for the call and the callee's to keep.
+    using OnBuffer = std::function<void(AVAudioPCMBufferPtr buffer)>;
+
+    /// Captures every process but those listed. The platform and the pool outlive the tap, and the pool the buffers.
+    /// A failure carries the status of the operation that failed; whatever was made before it is gone again.
+    static Result<std::unique_ptr<ProcessAudioTap>> create(Platform &platform, AVAudioPCMBufferPool &pool,
+                                                           std::span<const std::int32_t> excludePIDs,
+                                                           const AVAudioFormat &targetFormat, OnBuffer onBuffer);
+
+    /// Stops first.
     ~ProcessAudioTap();
     ProcessAudioTap(const ProcessAudioTap &) = delete;
     ProcessAudioTap &operator=(const ProcessAudioTap &) = delete;
 
-    /// Does nothing when it runs already or has been stopped.
+    /// Does nothing when it runs, or was stopped before.
     Result<void> start();
 
-    /// Ends the cycles and destroys everything, in the reverse order of its making. When it has returned, `onBuffer` is
-    /// not running and will not be called again.
+    /// Stops and destroys everything, in the reverse order of its making; never fails, may be called again.
     void stop();
 
     bool isRunning() const { return m_running; }
 
+    /// What the device delivers; all zero, or empty, where that is not known.
+    const AudioStreamBasicDescription &streamFormat() const { return m_streamFormat; }
+    const std::optional<AVAudioFormat> &avFormat() const { return m_avFormat; }
+    bool hasConverter() const { return m_converter != nullptr; }
+
   private:
     ProcessAudioTap(Platform &platform, AVAudioPCMBufferPool &pool, const AVAudioFormat &targetFormat,
-                    BufferCallback onBuffer);
+                    OnBuffer onBuffer);
 
-    Result<void> setup(const std::vector<std::int32_t> &excludePIDs);
-    Result<AudioObjectID> translatePID(std::int32_t pid);
-    Result<std::string> cfStringProperty(AudioObjectID object, std::uint32_t selector, std::uint32_t scope);
-    Result<void> createTap(const std::vector<AudioObjectID> &excluded);
+    Result<void> setup(std::span<const std::int32_t> excludePIDs);
+    Result<void> createTap(std::span<const std::int32_t> excludePIDs);
     Result<void> createAggregateDevice();
     Result<void> readStreamFormat();
     Result<void> createIOProc();
+    void makeConverter();
 
-    void handle(ConstAudioBufferList inputData);             // real-time
-    AVAudioPCMBufferPtr copy(ConstAudioBufferList source);   // real-time
-    AVAudioPCMBufferPtr convert(AVAudioPCMBufferPtr buffer); // real-time
+    Result<AudioObjectID> translatePID(std::int32_t pid);
+    Result<std::string> cfStringProperty(AudioObjectID object, std::uint32_t selector, std::uint32_t scope);
 
-    Platform &m_platform;
+    // real-time, in tap_buffer_conversion.cpp
+    void handle(ConstAudioBufferList inputData);
+    AVAudioPCMBufferPtr copyInput(ConstAudioBufferList inputData);
+    AVAudioPCMBufferPtr convert(AVAudioPCMBufferPtr buffer);
+
+    AudioObjectProperties &m_properties;
+    ProcessTaps &m_taps;
+    AggregateDevices &m_aggregates;
+    IOProcs &m_ioProcs;
+    ProcessInfo &m_processInfo;
     AVAudioPCMBufferPool &m_pool;
+
     AudioObjectID m_tapID = kAudioObjectUnknown;
     AudioObjectID m_aggregateID = kAudioObjectUnknown;
     std::optional<AudioDeviceIOProcID> m_ioProcID;
     AudioStreamBasicDescription m_streamFormat;
     std::optional<AVAudioFormat> m_avFormat;
     std::unique_ptr<AVAudioConverter> m_converter;
-    AVAudioFormat m_targetFormat;
-    BufferCallback m_onBuffer;
+    const AVAudioFormat m_targetFormat;
+    const OnBuffer m_onBuffer;
     bool m_running = false;
 };
 

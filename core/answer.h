@@ -1,30 +1,28 @@
 #pragma once
 
-#include <QCoroFuture>
 #include <QFuture>
 #include <QPromise>
-#include <functional>
+#include <qcoro/qcorofuture.h>
+
 #include <memory>
-#include <optional>
+#include <utility>
 
 namespace tolvenary
 {
 
-/// Lets a coroutine wait for an operation that answers through a handler, on whatever thread: the coroutine goes on on
-/// its own thread, from its event loop. `ask` is called with the handler. Empty when the handler was dropped uncalled.
-template <typename T, typename Ask> QCoro::Task<std::optional<T>> answerTo(Ask ask)
+/// What a platform operation answers through a handler, as something to co_await. The handler may be called at once or
+/// later, on any thread; who awaits goes on in its own thread, whose event loop must run.
+///
+///     const bool granted = co_await answer<bool>([&](auto handler) { device.requestAccess(audio, handler); });
+template <typename T, typename Ask> QFuture<T> answer(Ask &&ask)
 {
-    auto promise = std::make_shared<QPromise<T>>();
+    auto promise = std::make_shared<QPromise<T>>(); // handlers are copied, promises cannot be
     promise->start();
-    const QFuture<T> future = promise->future();
-    ask(std::function<void(T)>([promise = std::move(promise)](T value) {
+    std::forward<Ask>(ask)([promise](T value) {
         promise->addResult(std::move(value));
         promise->finish();
-    }));
-    co_await qCoro(future).waitForFinished();
-    if (future.resultCount() == 0)
-        co_return std::nullopt;
-    co_return future.result();
+    });
+    return promise->future();
 }
 
 } // namespace tolvenary

@@ -1,8 +1,10 @@
 #include "core/answer.h"
-#include "core/mix_coordinator.h"
+#include "core/publish.h"
+#include "platform/platform.h"
 #include "platform/process_info.h"
 
 #include <QPointer>
+
 #include <algorithm>
 
 namespace tolvenary
@@ -11,36 +13,43 @@ namespace tolvenary
 namespace
 {
 
-std::vector<SCRunningApplication> sortedByName(std::vector<SCRunningApplication> apps)
+using Applications = std::vector<SCRunningApplication>;
+
+/// By lower-case name in plain string order; equal names stay in the system's order.
+void sortByName(Applications &applications)
 {
-    std::ranges::stable_sort(apps, {}, [](const SCRunningApplication &app) {
-        return QString::fromStdString(app.applicationName).toLower();
-    });
-    return apps;
+    std::vector<std::pair<std::u32string, SCRunningApplication>> keyed;
+    keyed.reserve(applications.size());
+    for (SCRunningApplication &application : applications) {
+        // By code point: UTF-16 units would put what lies beyond the basic plane before some of what lies in it.
+        auto key = QString::fromStdString(application.applicationName).toLower().toStdU32String();
+        keyed.emplace_back(std::move(key), std::move(application));
+    }
+    std::stable_sort(keyed.begin(), keyed.end(), [](const auto &a, const auto &b) { return a.first < b.first; });
+    std::transform(keyed.begin(), keyed.end(), applications.begin(),
+                   [](auto &entry) { return std::move(entry.second); });
 }
 
 } // namespace
 
 QCoro::Task<void> MixCoordinator::refreshApps()
 {
-    using Applications = Result<std::vector<SCRunningApplication>>;
     const QPointer<MixCoordinator> self(this);
-    SCShareableContent &content = m_platform.shareableContent();
-    const std::optional<Applications> answer = co_await answerTo<Applications>([&content](auto handler) {
-        content.getShareableContentExcludingDesktopWindows(false, false, std::move(handler));
+    Result<Applications> content = co_await answer<Result<Applications>>([this](auto handler) {
+        m_platform.shareableContent().getShareableContentExcludingDesktopWindows(false, false, handler);
     });
-    if (!self || !answer)
+    if (!self)
         co_return;
-    if (!*answer) {
-        setStatus(tr("App list error: %1").arg(QString::fromStdString(answer->error().localizedDescription)));
-        co_return;
-    }
-    std::vector<SCRunningApplication> apps = **answer;
-    const std::int32_t ourselves = m_platform.processInfo().processIdentifier();
-    std::erase_if(apps, [ourselves](const SCRunningApplication &app) {
-        return app.applicationName.empty() || app.processID == ourselves;
+    if (!content)
+        co_return setStatus(QStringLiteral("App list error: ") +
+                            QString::fromStdString(content.error().localizedDescription));
+
+    const std::int32_t ownPID = m_platform.processInfo().processIdentifier();
+    std::erase_if(*content, [ownPID](const SCRunningApplication &application) {
+        return application.applicationName.empty() || application.processID == ownPID;
     });
-    publish(m_availableApps, sortedByName(std::move(apps)), &MixCoordinator::availableAppsChanged);
+    sortByName(*content);
+    publish(m_availableApps, std::move(*content), &MixCoordinator::availableAppsChanged);
 }
 
 } // namespace tolvenary

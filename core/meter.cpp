@@ -1,4 +1,8 @@
 #include "core/mix_coordinator.h"
+#include "core/publish.h"
+#include "platform/platform.h"
+
+#include <QPointer>
 
 namespace tolvenary
 {
@@ -7,45 +11,61 @@ namespace
 {
 
 constexpr Timers::Duration meterInterval{0.5};
-constexpr Timers::Duration silenceTime{2.0};
+/// How long a source may take to deliver its first frame before it is called silent.
+constexpr Timers::Duration silenceGrace{2.0};
+
+QString silenceDiagnosis(FrameCounts counts)
+{
+    if (counts.mic == 0 && counts.app != 0)
+        return QStringLiteral("Mic silent. Check System Settings → Sound → Input (must be your real mic, not "
+                              "BlackHole).");
+    if (counts.mic == 0)
+        return QStringLiteral("Started but no audio: mic=0, app=0. Check default Input device + Screen Recording "
+                              "permission.");
+    return QStringLiteral("App silent. Source app may be muted, paused, or blocked by Screen Recording permission.");
+}
+
+QString runningLine(const QString &deviceName, FrameCounts counts)
+{
+    return QStringLiteral("Running → ") + deviceName + QStringLiteral("  mic:") + QString::number(counts.mic) +
+           QStringLiteral("  app:") + QString::number(counts.app) + QStringLiteral(" frames");
+}
 
 } // namespace
 
 void MixCoordinator::startMeterTimer(const QString &deviceName)
 {
-    if (m_meterTimer)
+    if (m_meterTimer != nullptr)
         m_meterTimer->invalidate();
-    const Timers::Duration startInstant = m_platform.timers().now();
-    const auto tick = [this, startInstant, deviceName] {
-        const FrameCounts counts = m_feed->counts();
-        const unsigned teardowns = m_teardowns;
-        // Published from the event loop; not any more when the mix was stopped meanwhile, so that "Stopped" stays.
-        QMetaObject::invokeMethod(
-            this,
-            [this, counts, startInstant, deviceName, teardowns] {
-                if (m_teardowns == teardowns)
-                    publishMeter(counts, startInstant, deviceName);
-            },
-            Qt::QueuedConnection);
-    };
-    m_meterTimer = m_platform.timers().scheduledTimerWithTimeInterval(meterInterval, true, tick);
+    const Timers::Duration started = m_platform.timers().now();
+    m_meterTimer = m_platform.timers().scheduledTimerWithTimeInterval(
+        meterInterval, true, [coordinator = QPointer(this), started, deviceName] {
+            if (coordinator)
+                coordinator->meterTick(started, deviceName);
+        });
 }
 
-void MixCoordinator::publishMeter(FrameCounts counts, Timers::Duration startInstant, const QString &deviceName)
+/// The tick reads; a task of its own publishes, unless the run has ended before it comes to that: its line would be the
+/// last word, and wrong.
+void MixCoordinator::meterTick(Timers::Duration started, const QString &deviceName)
+{
+    const FrameCounts counts = m_counters->withLock([](const FrameCounts &current) { return current; });
+    QMetaObject::invokeMethod(
+        this,
+        [this, generation = m_generation, counts, started, deviceName] {
+            if (generation == m_generation)
+                publishMeter(counts, started, deviceName);
+        },
+        Qt::QueuedConnection);
+}
+
+void MixCoordinator::publishMeter(FrameCounts counts, Timers::Duration started, const QString &deviceName)
 {
     publish(m_micFrames, counts.mic, &MixCoordinator::micFramesChanged);
     publish(m_appFrames, counts.app, &MixCoordinator::appFramesChanged);
-    const bool mayJudge = m_platform.timers().now() - startInstant > silenceTime;
-    if (mayJudge && counts.mic == 0 && counts.app != 0) {
-        setStatus(tr("Mic silent. Check System Settings → Sound → Input (must be your real mic, not BlackHole)."));
-    } else if (mayJudge && counts.mic == 0) {
-        setStatus(tr("Started but no audio: mic=0, app=0. Check default Input device + Screen Recording permission."));
-    } else if (mayJudge && counts.app == 0) {
-        setStatus(tr("App silent. Source app may be muted, paused, or blocked by Screen Recording permission."));
-    } else {
-        setStatus(tr("Running → %1  mic:%2  app:%3 frames")
-                      .arg(deviceName, QString::number(counts.mic), QString::number(counts.app)));
-    }
+    const bool bothHeard = counts.mic != 0 && counts.app != 0;
+    const bool silent = m_platform.timers().now() - started > silenceGrace && !bothHeard;
+    setStatus(silent ? silenceDiagnosis(counts) : runningLine(deviceName, counts));
 }
 
 } // namespace tolvenary

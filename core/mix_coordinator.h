@@ -2,33 +2,39 @@
 
 #include "capture/process_audio_tap.h"
 #include "core/mix_feed.h"
-#include "devices/black_hole_device.h"
+#include "devices/blackhole_device.h"
 #include "platform/audio/av_audio_engine.h"
 #include "platform/audio/av_audio_mixer_node.h"
 #include "platform/shareable_content.h"
 #include "platform/timers.h"
 
-#include <QCoroTask>
 #include <QObject>
+#include <QString>
 #include <QVariant>
-#include <memory>
+#include <qcoro/qcorotask.h>
+
 #include <optional>
 #include <vector>
 
 namespace tolvenary
 {
 
-/// The one controller: owns the two engines and the application tap, starts and stops the mix, and publishes what the
-/// panel shows.
+class Platform;
+
+/// The one controller: it takes the microphone and what all other programs play, mixes the two at their gains and plays
+/// the mix into the BlackHole device; and it publishes the state that the panel shows.
 ///
-/// Observed twice: objectWillChange() comes before a published field changes, the property's own signal after it has.
-/// Thread: main. A failure reaches the user as one line, status.
+/// Stopped, or running from a complete start to the next teardown. Each published field tells of itself twice:
+/// objectWillChange before a write takes effect, its own signal after the value has changed.
+///
+/// Thread: main. What is awaited is continued there, whatever thread the platform answers on; the coordinator may be
+/// destroyed, or torn down, meanwhile.
 class MixCoordinator : public QObject
 {
     Q_OBJECT
     Q_PROPERTY(QVariantList availableApps READ availableAppRows NOTIFY availableAppsChanged)
     Q_PROPERTY(QVariant selectedAppID READ selectedAppIDValue WRITE setSelectedAppIDValue NOTIFY selectedAppIDChanged)
-    Q_PROPERTY(QVariantList blackHoleDevices READ blackHoleDeviceRows NOTIFY blackHoleDevicesChanged)
+    Q_PROPERTY(QVariantList blackHoleDevices READ blackHoleRows NOTIFY blackHoleDevicesChanged)
     Q_PROPERTY(QVariant selectedBlackHole READ selectedBlackHoleRow WRITE setSelectedBlackHoleRow NOTIFY
                    selectedBlackHoleChanged)
     Q_PROPERTY(float micGain READ micGain WRITE setMicGain NOTIFY micGainChanged)
@@ -39,20 +45,22 @@ class MixCoordinator : public QObject
     Q_PROPERTY(qulonglong appFrames READ appFrames NOTIFY appFramesChanged)
 
   public:
-    /// `platform` outlives the coordinator. Starts no audio.
+    /// No audio work starts. The platform outlives the coordinator.
     explicit MixCoordinator(Platform &platform, QObject *parent = nullptr);
     ~MixCoordinator() override;
     MixCoordinator(const MixCoordinator &) = delete;
     MixCoordinator &operator=(const MixCoordinator &) = delete;
 
-    /// Starts the mix, or says in status why not. A call while the mix runs, or while another start is under way,
-    /// changes nothing; a teardown() meanwhile ends it.
+    /// Checks the picks, asks for the permissions, then builds and starts the whole mix; the status tells how it went.
+    /// Changes nothing while the mix runs, or while an earlier call is still on its way.
     QCoro::Task<void> start();
-    /// Stops whatever runs and releases it; status stays as it is. Safe to call at any time.
+    /// Stops and releases whatever there is, also a start on its way. The status stays.
     void teardown();
 
+    /// Lists the running applications anew. A pick stays, also when its process is gone.
     QCoro::Task<void> refreshApps();
-    Q_INVOKABLE void refreshBlackHole();
+    /// Lists the devices anew and keeps the selection if its device is still there; otherwise the first is selected.
+    void refreshBlackHole();
 
     const std::vector<SCRunningApplication> &availableApps() const { return m_availableApps; }
     std::optional<std::int32_t> selectedAppID() const { return m_selectedAppID; }
@@ -61,18 +69,23 @@ class MixCoordinator : public QObject
     float micGain() const { return m_micGain; }
     float appGain() const { return m_appGain; }
     bool isRunning() const { return m_isRunning; }
-    QString status() const { return m_status; }
-    quint64 micFrames() const { return m_micFrames; }
-    quint64 appFrames() const { return m_appFrames; }
+    const QString &status() const { return m_status; }
+    std::uint64_t micFrames() const { return m_micFrames; }
+    std::uint64_t appFrames() const { return m_appFrames; }
 
     void setSelectedAppID(std::optional<std::int32_t> processID);
-    void setSelectedBlackHole(const std::optional<BlackHoleDevice> &device);
-    /// Linear factors; not clamped. While the mix runs the change is heard within the next cycle.
+    void setSelectedBlackHole(std::optional<BlackHoleDevice> device);
     void setMicGain(float gain);
     void setAppGain(float gain);
     void setStatus(const QString &status);
 
-    const AVAudioFormat &mixFormat() const { return m_mixFormat; }
+    // The same as values for the panel; none is the invalid value.
+    QVariantList availableAppRows() const;
+    QVariant selectedAppIDValue() const;
+    void setSelectedAppIDValue(const QVariant &processID);
+    QVariantList blackHoleRows() const;
+    QVariant selectedBlackHoleRow() const;
+    void setSelectedBlackHoleRow(const QVariant &row);
 
   signals:
     void objectWillChange();
@@ -88,63 +101,64 @@ class MixCoordinator : public QObject
     void appFramesChanged();
 
   private:
-    template <typename T, typename V> void publish(T &field, V &&value, void (MixCoordinator::*changed)());
+    /// What a start was asked to do, so that a pick changed meanwhile does not split it.
+    struct StartRequest {
+        SCRunningApplication app;
+        BlackHoleDevice device;
+    };
+    class StartAttempt;
 
-    QVariantList availableAppRows() const;
-    QVariant selectedAppIDValue() const;
-    void setSelectedAppIDValue(const QVariant &processID);
-    QVariantList blackHoleDeviceRows() const;
-    QVariant selectedBlackHoleRow() const;
-    void setSelectedBlackHoleRow(const QVariant &row);
+    template <typename T> void publish(T &field, T value, void (MixCoordinator::*changed)());
 
-    const SCRunningApplication *pickedApp() const;
-    QCoro::Task<void> runStartSequence(SCRunningApplication app, BlackHoleDevice device);
-    void fail(const QString &stage, const Error &error);
+    std::optional<StartRequest> startRequest();
+    std::optional<SCRunningApplication> selectedApp() const;
+    void resetCounts();
+    QCoro::Task<bool> settleAudioServer();
+    QCoro::Task<bool> permissionsGranted(StartAttempt attempt);
+    bool enginesStarted(AudioObjectID deviceID);
+    void failStart(const char *stage, const Error &error);
 
     QCoro::Task<Result<void>> ensureMicPermission();
     Result<void> ensureScreenRecordingPermission();
     Result<void> setupOutputEngine(AudioObjectID deviceID);
-    Result<void> bindOutput(AudioObjectID deviceID);
-    void buildOutputGraph();
     Result<void> setupCaptureEngine();
     QCoro::Task<Result<void>> startAppCapture(SCRunningApplication app);
+
+    void buildMixGraph();
     void startMeterTimer(const QString &deviceName);
-    void publishMeter(FrameCounts counts, Timers::Duration startInstant, const QString &deviceName);
+    void meterTick(Timers::Duration started, const QString &deviceName);
+    void publishMeter(FrameCounts counts, Timers::Duration started, const QString &deviceName);
 
     Platform &m_platform;
-    const AVAudioFormat m_mixFormat;
-    AVAudioPCMBufferPool m_bufferPool; // before all that holds its buffers
-    std::shared_ptr<MixFeed> m_feed;
-    AVAudioEngine m_outputEngine;
-    AVAudioEngine m_captureEngine;
-    std::shared_ptr<AVAudioMixerNode> m_micMixer;
-    std::shared_ptr<AVAudioMixerNode> m_appMixer;
-    std::unique_ptr<ProcessAudioTap> m_processTap;
-    std::unique_ptr<Timer> m_meterTimer;
 
     std::vector<SCRunningApplication> m_availableApps;
     std::optional<std::int32_t> m_selectedAppID;
     std::vector<BlackHoleDevice> m_blackHoleDevices;
     std::optional<BlackHoleDevice> m_selectedBlackHole;
-    float m_micGain = 1;
-    float m_appGain = 1;
+    float m_micGain = 1.0F;
+    float m_appGain = 1.0F;
     bool m_isRunning = false;
     QString m_status;
-    quint64 m_micFrames = 0;
-    quint64 m_appFrames = 0;
+    std::uint64_t m_micFrames = 0;
+    std::uint64_t m_appFrames = 0;
 
-    bool m_isStarting = false;
-    unsigned m_teardowns = 0; ///< tells a start that has been waiting whether it is still wanted
+    /// Counts starts and teardowns; what was begun under an older number has been overtaken and ends quietly.
+    std::uint64_t m_generation = 0;
+    bool m_starting = false;
+
+    const AVAudioFormat m_mixFormat;
+    const std::shared_ptr<FrameCounters> m_counters;
+
+    // Destroyed from the last to the first, each stopping its own callbacks: the sources before the output that plays
+    // them, all of them before the players they feed, and the pool behind every buffer.
+    AVAudioPCMBufferPool m_pool;
+    const std::shared_ptr<MixFeed> m_feed;
+    std::shared_ptr<AVAudioMixerNode> m_micMixer;
+    std::shared_ptr<AVAudioMixerNode> m_appMixer;
+    AVAudioEngine m_outputEngine;
+    AVAudioEngine m_captureEngine;
+    std::unique_ptr<ProcessAudioTap> m_processTap;
+    std::unique_ptr<Timer> m_meterTimer;
 };
-
-/// Sets a published field: says so before, and after if it is really another value.
-template <typename T, typename V> void MixCoordinator::publish(T &field, V &&value, void (MixCoordinator::*changed)())
-{
-    emit objectWillChange();
-    if (field == value)
-        return;
-    field = std::forward<V>(value);
-    emit(this->*changed)();
-}
 
 } // namespace tolvenary

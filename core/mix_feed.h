@@ -4,33 +4,37 @@
 #include "platform/audio/os_allocated_unfair_lock.h"
 
 #include <cstdint>
+#include <memory>
 
 namespace tolvenary
 {
 
-/// Frames delivered since the start, by source.
+/// Frames delivered since the start.
 struct FrameCounts {
     std::uint64_t mic = 0;
     std::uint64_t app = 0;
 };
 
-/// What the audio threads share with the coordinator, and all that they may touch of it: the counters under their lock,
-/// and the two players. The callbacks hold it weakly; the coordinator owns it and ends the callbacks before it lets go.
+/// Written by the audio threads, read by the meter. Its lock is held for one reset, add or paired read.
+using FrameCounters = OSAllocatedUnfairLock<FrameCounts>;
+
+/// All that an audio callback may touch: the counters and the two players. Callbacks hold it weakly and do nothing once
+/// it is gone, so that no callback ever meets the coordinator itself.
 class MixFeed
 {
   public:
-    /// Counts the buffer and queues it for the output. real-time, but for the counters' lock
-    void deliverMicrophone(AVAudioPCMBufferPtr buffer);
-    void deliverApplication(AVAudioPCMBufferPtr buffer);
+    explicit MixFeed(std::shared_ptr<FrameCounters> counters) : m_counters(std::move(counters)) {}
 
-    FrameCounts counts();
-    void resetCounts();
+    /// Counts a buffer in the mix format and plays it. Each is called by one thread. real-time
+    void feedMic(AVAudioPCMBufferPtr buffer);
+    void feedApp(AVAudioPCMBufferPtr buffer);
 
+    /// To attach and to start them. Thread: main.
     AVAudioPlayerNode &micPlayer() { return m_micPlayer; }
     AVAudioPlayerNode &appPlayer() { return m_appPlayer; }
 
   private:
-    OSAllocatedUnfairLock<FrameCounts> m_counters;
+    const std::shared_ptr<FrameCounters> m_counters;
     AVAudioPlayerNode m_micPlayer;
     AVAudioPlayerNode m_appPlayer;
 };

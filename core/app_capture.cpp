@@ -1,0 +1,27 @@
+#include "core/mix_coordinator.h"
+#include "platform/platform.h"
+#include "platform/process_info.h"
+
+#include <array>
+
+namespace tolvenary
+{
+
+/// The application narrows nothing, as the panel tells its user: everything but our own sound is captured.
+QCoro::Task<Result<void>> MixCoordinator::startAppCapture(SCRunningApplication)
+{
+    const std::array ownPID{m_platform.processInfo().processIdentifier()};
+    auto tap = ProcessAudioTap::create(m_platform, m_pool, ownPID, m_mixFormat,
+                                       [feed = std::weak_ptr(m_feed)](AVAudioPCMBufferPtr buffer) { // real-time
+                                           if (const auto target = feed.lock())
+                                               target->feedApp(std::move(buffer));
+                                       });
+    if (!tap)
+        co_return Result<void>(tl::unexpected(tap.error()));
+    const Result<void> started = (*tap)->start();
+    if (started)
+        m_processTap = std::move(*tap);
+    co_return started;
+}
+
+} // namespace tolvenary

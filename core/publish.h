@@ -1,0 +1,18 @@
+#pragma once
+
+#include "core/mix_coordinator.h"
+
+namespace tolvenary
+{
+
+/// Every write is announced, as an observable object does; only a different value is a change.
+template <typename T> void MixCoordinator::publish(T &field, T value, void (MixCoordinator::*changed)())
+{
+    emit objectWillChange();
+    if (field == value)
+        return;
+    field = std::move(value);
+    emit(this->*changed)();
+}
+
+} // namespace tolvenary

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "platform/error.h"
+
+namespace tolvenary
+{
+
+/// The domain of the failures that are this program's own findings, not a platform operation's.
+inline constexpr const char *tolvenaryErrorDomain = "Tolvenary";
+
+inline constexpr int microphoneDeniedInSettings = 10;
+inline constexpr int microphoneRefused = 11;
+inline constexpr int noMicrophoneInput = 12;
+inline constexpr int screenRecordingDenied = 13;
+inline constexpr int noOutputUnit = 20;
+inline constexpr int outputDidNotSwitch = 21;
+
+inline tl::unexpected<Error> tolvenaryFailure(int code, std::string description)
+{
+    return tl::unexpected(Error{tolvenaryErrorDomain, code, std::move(description)});
+}
+
+} // namespace tolvenary

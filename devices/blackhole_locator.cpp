@@ -1,0 +1,88 @@
+#include "devices/blackhole_locator.h"
+
+#include "platform/stream_configuration.h"
+
+#include <QString>
+
+namespace tolvenary
+{
+
+namespace
+{
+
+/// Every locale's idea of upper and lower case, not only ASCII's; a space inside the name is no BlackHole.
+bool isBlackHoleName(const std::string &name)
+{
+    return QString::fromStdString(name).contains(QLatin1String("blackhole"), Qt::CaseInsensitive);
+}
+
+std::optional<std::string> stringProperty(AudioObjectProperties &properties, AudioObjectID device,
+                                          std::uint32_t selector)
+{
+    std::string text;
+    StringReference reference = &text;
+    std::uint32_t size = sizeof reference;
+    const AudioObjectPropertyAddress address{selector, kAudioObjectPropertyScopeGlobal,
+                                             kAudioObjectPropertyElementMain};
+    if (properties.AudioObjectGetPropertyData(device, address, {}, size, &reference) != noErr)
+        return std::nullopt;
+    return text;
+}
+
+/// 0 also when the device does not tell.
+std::int64_t outputChannels(AudioObjectProperties &properties, AudioObjectID device)
+{
+    const AudioObjectPropertyAddress address{kAudioDevicePropertyStreamConfiguration, kAudioDevicePropertyScopeOutput,
+                                             kAudioObjectPropertyElementMain};
+    std::uint32_t size = 0;
+    if (properties.AudioObjectGetPropertyDataSize(device, address, size) != noErr || size == 0)
+        return 0;
+    std::vector<std::byte> bytes(size);
+    if (properties.AudioObjectGetPropertyData(device, address, {}, size, bytes.data()) != noErr)
+        return 0;
+    std::int64_t channels = 0;
+    for (const AudioBuffer &buffer : readStreamConfiguration(bytes))
+        channels += buffer.mNumberChannels;
+    return channels;
+}
+
+} // namespace
+
+std::vector<BlackHoleDevice> BlackHoleLocator::findAll(AudioObjectProperties &properties)
+{
+    std::vector<BlackHoleDevice> found;
+    for (const AudioObjectID id : deviceIDs(properties)) {
+        if (auto device = describe(properties, id))
+            found.push_back(std::move(*device));
+    }
+    return found;
+}
+
+std::vector<AudioObjectID> BlackHoleLocator::deviceIDs(AudioObjectProperties &properties)
+{
+    const AudioObjectPropertyAddress address{kAudioHardwarePropertyDevices, kAudioObjectPropertyScopeGlobal,
+                                             kAudioObjectPropertyElementMain};
+    std::uint32_t size = 0;
+    if (properties.AudioObjectGetPropertyDataSize(kAudioObjectSystemObject, address, size) != noErr)
+        return {};
+    std::vector<AudioObjectID> ids(size / sizeof(AudioObjectID));
+    if (ids.empty())
+        return {};
+    // Whole entries only: an odd size must not write past the list.
+    auto room = static_cast<std::uint32_t>(ids.size() * sizeof(AudioObjectID));
+    if (properties.AudioObjectGetPropertyData(kAudioObjectSystemObject, address, {}, room, ids.data()) != noErr)
+        return {};
+    return ids;
+}
+
+/// Empty for what is no BlackHole, or has no output.
+std::optional<BlackHoleDevice> BlackHoleLocator::describe(AudioObjectProperties &properties, AudioObjectID device)
+{
+    auto name = stringProperty(properties, device, kAudioObjectPropertyName);
+    if (!name || !isBlackHoleName(*name) || outputChannels(properties, device) <= 0)
+        return std::nullopt;
+    const auto uid = stringProperty(properties, device, kAudioDevicePropertyDeviceUID);
+    return BlackHoleDevice{device, std::move(*name), uid.value_or(std::string())};
+}
+
+} // namespace tolvenary

@@ -1,0 +1,26 @@
+# shellcheck shell=bash
+# Sourced by every script: strict mode, and the root of the project as the current directory.
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/../.."
+
+# A cache of compiled objects, where there is one, is worth minutes in every script.
+if command -v ccache >/dev/null; then
+    export CMAKE_CXX_COMPILER_LAUNCHER="${CMAKE_CXX_COMPILER_LAUNCHER-ccache}"
+fi
+
+say() {
+    printf '\n== %s\n' "$*"
+}
+
+# build PRESET [TARGET...]: configures and builds without a word, unless something is wrong.
+build() {
+    local preset=$1 log
+    shift
+    mkdir -p build
+    log="build/$preset.log"
+    say "build $preset ${*:-everything}"
+    if ! { cmake --preset "$preset" && cmake --build --preset "$preset" ${1:+--target "$@"}; } >"$log" 2>&1; then
+        tail -n 60 "$log"
+        return 1
+    fi
+}

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+namespace tolvenary::session
+{
+
+/// Counts what happens inside PipeWire's process callbacks of this program. It stands between the program and the C
+/// library: linking callback_watch.cpp is enough.
+struct CallbackCounts {
+    std::uint64_t callbacks = 0;
+    std::uint64_t allocations = 0;
+    std::uint64_t frees = 0;
+    std::uint64_t locks = 0;
+    std::size_t mutexes = 0;       ///< different ones that were locked
+    std::uint64_t waits = 0;       ///< condition variables, sleeps, polls
+    std::uint64_t systemCalls = 0; ///< read, write, open, ioctl, socket traffic
+};
+
+/// From now on; the counts begin at 0.
+void beginCounting();
+/// Until now.
+CallbackCounts endCounting();
+
+/// Marks the calling thread as being in a callback, so that a test can see that the counters count.
+class PretendedCallback
+{
+  public:
+    PretendedCallback();
+    ~PretendedCallback();
+    PretendedCallback(const PretendedCallback &) = delete;
+    PretendedCallback &operator=(const PretendedCallback &) = delete;
+};
+
+} // namespace tolvenary::session

@@ -1,0 +1,115 @@
+#include "tests/session/mix_bed.h"
+
+#include <csignal>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace tolvenary::session
+{
+
+namespace
+{
+
+using testing::IsEmpty;
+using testing::UnorderedElementsAre;
+
+std::vector<std::string> descriptions(const std::vector<GraphNode> &nodes)
+{
+    std::vector<std::string> found;
+    for (const GraphNode &node : nodes)
+        found.push_back(node.properties.at("node.description"));
+    return found;
+}
+
+const auto theThree = UnorderedElementsAre("Tolvenary", "Tolvenary microphone", "TolvenaryTapAggregate");
+
+} // namespace
+
+TEST(Graph, aRunningMixIsThreeNodesInOneDriverGroup)
+{
+    MixBed bed;
+    bed.run();
+    const auto nodes = MixBed::nodesOfProgram(SoundGraph::read());
+    ASSERT_THAT(descriptions(nodes), theThree);
+    for (const GraphNode &node : nodes) {
+        EXPECT_EQ(node.properties.at("node.group"), nodes.front().properties.at("node.group"));
+        EXPECT_EQ(node.state, "running");
+        if (node.properties.at("node.description") == "TolvenaryTapAggregate")
+            EXPECT_THAT(node.name, testing::MatchesRegex("com\\.tolvenary\\.tap\\.[0-9A-F-]+"));
+    }
+}
+
+TEST(Graph, itIsLinkedToTheDeviceAndToNothingElseThatPlays)
+{
+    MixBed bed;
+    bed.run();
+    const SoundGraph graph = SoundGraph::read();
+    const std::uint32_t device = graph.node("blackhole_2ch")->id;
+    for (const GraphNode &node : MixBed::nodesOfProgram(graph)) {
+        for (const GraphLink &link : graph.links) {
+            if (link.outputNode != node.id || node.properties.at("node.description") != "Tolvenary")
+                continue;
+            EXPECT_EQ(link.inputNode, device);
+            EXPECT_EQ(link.state, "active");
+        }
+    }
+}
+
+TEST(Graph, afterStopNoneIsLeft)
+{
+    MixBed bed;
+    bed.run();
+    bed.stop();
+    EXPECT_THAT(MixBed::nodesOfProgram(SoundGraph::read()), IsEmpty());
+    EXPECT_EQ(bed.status(), "Stopped");
+}
+
+TEST(Graph, afterStopAndStartAreThreeAgainWithAFreshTap)
+{
+    const auto tapName = [] {
+        for (const GraphNode &node : MixBed::nodesOfProgram(SoundGraph::read()))
+            if (node.properties.at("node.description") == "TolvenaryTapAggregate")
+                return node.name;
+        return std::string();
+    };
+    MixBed bed;
+    bed.run();
+    const std::string first = tapName();
+    bed.stop();
+    bed.run();
+    EXPECT_THAT(descriptions(MixBed::nodesOfProgram(SoundGraph::read())), theThree);
+    EXPECT_NE(tapName(), first);
+}
+
+TEST(Graph, aSecondStartWhileTheFirstIsInFlightLeavesOneMix)
+{
+    MixBed bed;
+    bed.launch();
+    bed.mix().setProperty("selectedAppID", static_cast<int>(bed.player()->pid()));
+    auto first = bed.mix().start();
+    auto second = bed.mix().start();
+    ASSERT_TRUE(bed.waitFor([&] { return bed.isRunning() && first.isReady() && second.isReady(); })) << bed.status();
+    EXPECT_THAT(descriptions(MixBed::nodesOfProgram(SoundGraph::read())), theThree);
+    bed.stop();
+    EXPECT_THAT(MixBed::nodesOfProgram(SoundGraph::read()), IsEmpty());
+}
+
+TEST(Graph, afterAKillNoneIsLeft)
+{
+    MixBed bed;
+    const auto runner = bed.session().start({TOLVENARY_MIX_RUNNER, std::to_string(bed.player()->pid())});
+    const auto isLinked = [&](const SoundGraph &graph) {
+        const auto nodes = graph.nodesOfProcess(runner->pid());
+        return nodes.size() == 3 &&
+               std::all_of(nodes.begin(), nodes.end(), [](const GraphNode &node) { return node.state == "running"; });
+    };
+    ASSERT_TRUE(bed.waitForGraph(isLinked)) << runner->output();
+    runner->signal(SIGKILL);
+    ASSERT_TRUE(runner->waitForEnd(std::chrono::seconds(5)));
+    EXPECT_TRUE(bed.waitForGraph([](const SoundGraph &graph) {
+        return std::none_of(graph.nodes.begin(), graph.nodes.end(),
+                            [](const GraphNode &node) { return node.name.starts_with("com.tolvenary"); });
+    }));
+}
+
+} // namespace tolvenary::session

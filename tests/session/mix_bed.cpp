@@ -1,0 +1,147 @@
+#include "tests/session/mix_bed.h"
+
+#include "platform/audio_server.h"
+#include "tests/session/support/wait_until.h"
+
+#include <QCoro/QCoroTask>
+#include <QEventLoop>
+#include <algorithm>
+#include <atomic>
+#include <stdexcept>
+#include <unistd.h>
+
+namespace tolvenary::session
+{
+
+namespace
+{
+
+int argumentCount = 1;
+char programName[] = "session-test";
+char *argumentValues[] = {programName, nullptr};
+
+void runEvents()
+{
+    QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 5);
+    std::this_thread::sleep_for(std::chrono::milliseconds(2));
+}
+
+} // namespace
+
+MixBed::MixBed(MixBedOptions options)
+    : m_options(std::move(options)), m_session(m_options.configuration), m_application(argumentCount, argumentValues)
+{
+    plugAll();
+    if (m_options.hangsAtLaunch)
+        m_session.hangServer();
+    m_platform = std::make_unique<LinuxPlatform>();
+    m_mix = std::make_unique<MixCoordinator>(*m_platform);
+}
+
+MixBed::~MixBed()
+{
+    m_session.resumeServer();
+    m_mix.reset();
+    m_platform.reset();
+}
+
+void MixBed::plugAll()
+{
+    if (m_options.device)
+        m_device = makeBlackHole(m_session, m_options.deviceKind);
+    if (m_options.microphone) {
+        m_microphone = makeMicrophone(m_session, m_options.microphoneChannels);
+        const auto isDefault = [](const SoundGraph &graph) {
+            return graph.defaultNode("default.audio.source") == "microphone";
+        };
+        if (!m_session.waitForGraph(isDefault))
+            throw std::runtime_error("the microphone does not become the default source");
+        if (!m_options.voice.empty())
+            m_voice = speakInto(m_session, m_microphone->nodeName(), m_options.voice);
+    }
+    if (m_options.application)
+        m_player = playApplication(m_session, m_options.player);
+}
+
+void MixBed::unplugAll()
+{
+    m_player.reset();
+    m_voice.reset();
+    m_microphone.reset();
+    m_device.reset();
+}
+
+void MixBed::launch()
+{
+    std::atomic<bool> settled = false; // the answer may come on any thread
+    m_platform->audioServer().settle([&](bool /*answered*/) { settled = true; });
+    waitFor([&] { return settled.load(); });
+    m_mix->refreshBlackHole();
+    QCoro::waitFor(m_mix->refreshApps());
+}
+
+std::string MixBed::start()
+{
+    launch();
+    const pid_t pick = m_player ? m_player->pid() : getpid();
+    m_mix->setProperty("selectedAppID", static_cast<int>(pick));
+    return pressStart();
+}
+
+std::string MixBed::pressStart()
+{
+    QCoro::waitFor(m_mix->start());
+    return status();
+}
+
+void MixBed::stop()
+{
+    m_mix->teardown();
+    m_mix->setProperty("status", "Stopped");
+}
+
+void MixBed::run()
+{
+    const std::string text = start();
+    if (!isRunning())
+        throw std::runtime_error("the mix does not start: " + text);
+    const auto bothDeliver = [this] {
+        return m_mix->property("micFrames").toULongLong() > 0 && m_mix->property("appFrames").toULongLong() > 0;
+    };
+    if (!waitFor(bothDeliver))
+        throw std::runtime_error("a source stays silent: " + status());
+}
+
+std::string MixBed::status() const
+{
+    return m_mix->property("status").toString().toStdString();
+}
+
+bool MixBed::isRunning() const
+{
+    return m_mix->property("isRunning").toBool();
+}
+
+bool MixBed::waitFor(const std::function<bool()> &condition, std::chrono::milliseconds patience)
+{
+    return waitUntil(condition, patience, runEvents);
+}
+
+Recording MixBed::record(Recorder &recorder, std::size_t frames)
+{
+    return recorder.record(frames, runEvents);
+}
+
+bool MixBed::waitForGraph(const std::function<bool(const SoundGraph &)> &condition, std::chrono::milliseconds patience)
+{
+    return waitFor([&] { return condition(SoundGraph::read()); }, patience);
+}
+
+std::vector<GraphNode> MixBed::nodesOfProgram(const SoundGraph &graph)
+{
+    std::vector<GraphNode> nodes = graph.nodesOfProcess(getpid());
+    std::erase_if(nodes, [](const GraphNode &node) { return node.name == Recorder::nodeName; });
+    return nodes;
+}
+
+} // namespace tolvenary::session

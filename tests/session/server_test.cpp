@@ -1,0 +1,137 @@
+#include "tests/session/mix_bed.h"
+#include "tests/session/support/tone_level.h"
+
+#include <QElapsedTimer>
+#include <QTimer>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace tolvenary::session
+{
+
+namespace
+{
+
+using namespace std::chrono_literals;
+
+/// Beats on the main thread; the longest pause between two beats is how long the window would have been frozen.
+class Heartbeat
+{
+  public:
+    Heartbeat()
+    {
+        m_clock.start();
+        QObject::connect(&m_timer, &QTimer::timeout, [this] { m_longest = std::max(m_longest, m_clock.restart()); });
+        m_timer.start(5);
+    }
+    qint64 longestPause() { return std::max(m_longest, m_clock.elapsed()); }
+
+  private:
+    QTimer m_timer;
+    QElapsedTimer m_clock;
+    qint64 m_longest = 0;
+};
+
+constexpr qint64 frozen = 200;
+
+} // namespace
+
+TEST(HungServer, isAnEmptyListAndAStatusTextWithinTwoSeconds)
+{
+    MixBed bed({.hangsAtLaunch = true});
+    Heartbeat heartbeat;
+    QElapsedTimer clock;
+    clock.start();
+    bed.launch();
+    const qint64 taken = clock.elapsed();
+    std::printf("  settled after %lld ms, longest pause %lld ms: %s\n", static_cast<long long>(taken),
+                static_cast<long long>(heartbeat.longestPause()), bed.status().c_str());
+    EXPECT_LT(taken, 2000);
+    EXPECT_LT(heartbeat.longestPause(), frozen);
+    EXPECT_TRUE(bed.mix().property("blackHoleDevices").toList().empty());
+    EXPECT_THAT(bed.status(), testing::StartsWith("App list error: "));
+    bed.session().resumeServer();
+}
+
+TEST(HungServer, thatAnswersAgainIsUsedAgain)
+{
+    MixBed bed({.hangsAtLaunch = true});
+    bed.launch();
+    bed.session().resumeServer();
+    const auto deviceIsThere = [&] {
+        bed.launch();
+        return !bed.mix().property("blackHoleDevices").toList().empty();
+    };
+    EXPECT_TRUE(bed.waitFor(deviceIsThere));
+    EXPECT_EQ(bed.start(), "Running. In Discord, set Input to BlackHole 2ch.");
+}
+
+TEST(HungServer, letsARunningMixBeStopped)
+{
+    MixBed bed;
+    bed.run();
+    bed.session().hangServer();
+    QElapsedTimer clock;
+    clock.start();
+    bed.stop();
+    std::printf("  stopped after %lld ms\n", static_cast<long long>(clock.elapsed()));
+    EXPECT_LT(clock.elapsed(), 2000);
+    EXPECT_FALSE(bed.isRunning());
+    bed.session().resumeServer();
+    EXPECT_TRUE(bed.waitForGraph([](const SoundGraph &graph) { return MixBed::nodesOfProgram(graph).empty(); }));
+}
+
+TEST(HungServer, makesAStartFailAndNotFreeze)
+{
+    MixBed bed;
+    bed.launch();
+    bed.mix().setProperty("selectedAppID", static_cast<int>(bed.player()->pid()));
+    bed.session().hangServer();
+    Heartbeat heartbeat;
+    QElapsedTimer clock;
+    clock.start();
+    const std::string status = bed.pressStart();
+    std::printf("  %s after %lld ms, longest pause %lld ms\n", status.c_str(), static_cast<long long>(clock.elapsed()),
+                static_cast<long long>(heartbeat.longestPause()));
+    EXPECT_THAT(status, testing::StartsWith("Start failed ["));
+    EXPECT_LT(clock.elapsed(), 2500);
+    EXPECT_LT(heartbeat.longestPause(), frozen);
+    bed.session().resumeServer();
+}
+
+TEST(RestartedServer, theMixComesBackByItself)
+{
+    MixBed bed;
+    bed.run();
+    bed.unplugAll();
+    bed.session().stopSoundServers();
+    bed.waitFor([] { return false; }, 300ms);
+    EXPECT_TRUE(bed.isRunning());
+    bed.session().startSoundServers();
+    bed.plugAll();
+    const auto before = bed.mix().property("appFrames").toULongLong();
+    ASSERT_TRUE(bed.waitFor([&] { return bed.mix().property("appFrames").toULongLong() > before + 24000; }))
+        << bed.status();
+    Recorder recorder(bed.session(), {bed.monitor("FL")});
+    bed.record(recorder, 9600);
+    const Recording recording = bed.record(recorder, 24000);
+    const auto heard = toneAmplitudes(recording.part(0, recording.longestUnbroken()), recording.rate, {997, 1499});
+    std::printf("  microphone %.4f, application %.4f\n", heard[0], heard[1]);
+    EXPECT_NEAR(heard[0], 0.25, 0.003);
+    EXPECT_NEAR(heard[1], 0.2, 0.003);
+}
+
+TEST(AbsentServer, isAStatusTextAndNoHarm)
+{
+    MixBed bed;
+    bed.unplugAll();
+    bed.session().stopSoundServers();
+    QElapsedTimer clock;
+    clock.start();
+    bed.launch();
+    EXPECT_LT(clock.elapsed(), 2000);
+    EXPECT_TRUE(bed.mix().property("blackHoleDevices").toList().empty());
+    EXPECT_THAT(bed.status(), testing::StartsWith("App list error: "));
+}
+
+} // namespace tolvenary::session

@@ -1,0 +1,63 @@
+#pragma once
+
+#include "tests/session/support/child_process.h"
+#include "tests/session/support/private_environment.h"
+#include "tests/session/support/session_configuration.h"
+#include "tests/session/support/sound_graph.h"
+
+#include <functional>
+#include <memory>
+
+namespace tolvenary::session
+{
+
+/// A desktop session of a test's own: message bus, PipeWire, WirePlumber, and a pulse server if wanted; nothing of it
+/// is the user's. The environment points to it from construction to destruction. When the constructor returns, every
+/// server has answered. To be made before any other thread runs.
+class PrivateSession
+{
+  public:
+    explicit PrivateSession(const SessionConfiguration &configuration = {});
+    /// Ends all servers. When an exception flies, or the test was told to keepLogs(), their logs are printed.
+    ~PrivateSession();
+
+    PrivateEnvironment &environment() { return m_environment; }
+
+    /// The sound servers go away, as in a crash; what clients had in them is gone.
+    void stopSoundServers();
+    void startSoundServers();
+    /// PipeWire neither answers nor closes connections until resumed.
+    void hangServer();
+    void resumeServer();
+
+    /// Starts a program in this session; its output is in a file of the session.
+    std::unique_ptr<ChildProcess> start(const Arguments &command);
+
+    /// Waits until the graph fulfils `condition`; returns whether it did.
+    bool waitForGraph(const std::function<bool(const SoundGraph &)> &condition,
+                      std::chrono::milliseconds patience = std::chrono::seconds(8));
+
+    /// Prints every server's log on standard error at the end.
+    void keepLogs() { m_printLogs = true; }
+
+    /// A server setting that holds at once for the whole graph, for example ("clock.force-quantum", "64").
+    void set(const std::string &setting, const std::string &value);
+    /// The user's choice of a default: key "default.configured.audio.source", or "…sink".
+    void chooseDefault(const std::string &key, const std::string &nodeName);
+
+  private:
+    void startBus();
+    void awaitServers();
+    void printLogs() const;
+
+    SessionConfiguration m_configuration;
+    PrivateEnvironment m_environment;
+    std::unique_ptr<ChildProcess> m_bus;
+    std::unique_ptr<ChildProcess> m_pipewire;
+    std::unique_ptr<ChildProcess> m_wireplumber;
+    std::unique_ptr<ChildProcess> m_pulse;
+    int m_started = 0;
+    bool m_printLogs = false;
+};
+
+} // namespace tolvenary::session

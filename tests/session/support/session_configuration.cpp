@@ -1,0 +1,108 @@
+#include "tests/session/support/session_configuration.h"
+
+#include <fstream>
+
+namespace tolvenary::session
+{
+
+namespace fs = std::filesystem;
+
+namespace
+{
+
+void write(const fs::path &file, const std::string &text)
+{
+    fs::create_directories(file.parent_path());
+    std::ofstream(file) << text;
+}
+
+/// A virtual machine's own least quantum is lifted too: some tests ask for 64 frames.
+std::string clockSettings(const SessionConfiguration &configuration)
+{
+    const std::string rate = std::to_string(configuration.rate);
+    const std::string quantum = std::to_string(configuration.quantum);
+    return "context.properties = {\n"
+           "  default.clock.rate = " +
+           rate +
+           "\n"
+           "  default.clock.allowed-rates = [ " +
+           rate +
+           " ]\n"
+           "  default.clock.quantum = " +
+           quantum +
+           "\n"
+           "  default.clock.min-quantum = 32\n"
+           "  vm.overrides = { default.clock.min-quantum = 32 }\n"
+           "}\n";
+}
+
+constexpr const char *speakers = R"(context.objects = [
+  { factory = adapter
+    args = {
+      factory.name = support.null-audio-sink
+      node.name = "speakers"
+      node.description = "Speakers"
+      media.class = Audio/Sink
+      audio.position = [ FL FR ]
+      priority.session = 2000
+      priority.driver = 1009
+      object.linger = true
+    }
+  }
+]
+)";
+
+constexpr const char *noHardware04 = "alsa_monitor.enabled = false\n"
+                                     "v4l2_monitor.enabled = false\n"
+                                     "libcamera_monitor.enabled = false\n";
+constexpr const char *noBluetooth04 = "bluez_monitor.enabled = false\n"
+                                      "if bluez_midi_monitor then bluez_midi_monitor.enabled = false end\n";
+constexpr const char *noHardware05 = "wireplumber.profiles = { main = {\n"
+                                     "  hardware.audio = disabled\n"
+                                     "  hardware.bluetooth = disabled\n"
+                                     "  hardware.video-capture = disabled\n"
+                                     "} }\n";
+
+void writeAccessRule(const AccessRule &rule, const fs::path &wireplumber)
+{
+    write(wireplumber / "main.lua.d/60-access-rule.lua", "table.insert(default_access.rules, {\n"
+                                                         "  matches = { { { \"" +
+                                                             rule.property + "\", \"=\", \"" + rule.value +
+                                                             "\" } } },\n"
+                                                             "  default_permissions = \"" +
+                                                             rule.permissions +
+                                                             "\",\n"
+                                                             "})\n");
+    write(wireplumber / "wireplumber.conf.d/60-access-rule.conf",
+          "access.rules = [ {\n"
+          "  matches = [ { " +
+              rule.property + " = \"" + rule.value +
+              "\" } ]\n"
+              "  actions = { update-props = { default_permissions = \"" +
+              rule.permissions +
+              "\" } }\n"
+              "} ]\n");
+}
+
+} // namespace
+
+void writeConfiguration(const SessionConfiguration &configuration, const fs::path &directory)
+{
+    const fs::path pipewire = directory / "pipewire/pipewire.conf.d";
+    write(pipewire / "10-clock.conf", clockSettings(configuration));
+    if (configuration.speakers)
+        write(pipewire / "20-speakers.conf", speakers);
+    if (configuration.shippedDevice) {
+        const fs::path shipped = fs::path(TOLVENARY_SOURCE_DIR) / "packaging/pipewire.conf.d/tolvenary-blackhole.conf";
+        fs::copy_file(shipped, pipewire / shipped.filename());
+    }
+
+    const fs::path wireplumber = directory / "wireplumber";
+    write(wireplumber / "main.lua.d/60-no-hardware.lua", noHardware04);
+    write(wireplumber / "bluetooth.lua.d/60-no-hardware.lua", noBluetooth04);
+    write(wireplumber / "wireplumber.conf.d/60-no-hardware.conf", noHardware05);
+    for (const AccessRule &rule : configuration.accessRules)
+        writeAccessRule(rule, wireplumber);
+}
+
+} // namespace tolvenary::session

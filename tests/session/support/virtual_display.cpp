@@ -1,0 +1,77 @@
+#include "tests/session/support/virtual_display.h"
+
+#include "tests/session/support/wait_until.h"
+
+#include <QFile>
+#include <QImage>
+#include <QtEndian>
+#include <stdexcept>
+
+namespace tolvenary::session
+{
+
+namespace
+{
+
+/// The frame buffer that Xvfb keeps in a file is an X window dump: big-endian 32-bit fields, a colour table, pixels.
+QImage readFrameBuffer(const std::filesystem::path &path)
+{
+    QFile file(QString::fromStdString(path));
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    const QByteArray bytes = file.readAll();
+    enum Field { headerSize = 0, width = 4, height = 5, bytesPerLine = 12, colours = 19, fieldCount = 25 };
+    if (bytes.size() < fieldCount * 4)
+        return {};
+    const auto field = [&](Field number) {
+        return static_cast<qsizetype>(qFromBigEndian<quint32>(bytes.constData() + number * 4));
+    };
+    constexpr qsizetype colourSize = 12;
+    const qsizetype pixels = field(headerSize) + field(colours) * colourSize;
+    if (bytes.size() < pixels + field(height) * field(bytesPerLine))
+        return {};
+    const auto *data = reinterpret_cast<const uchar *>(bytes.constData() + pixels);
+    return QImage(data, static_cast<int>(field(width)), static_cast<int>(field(height)), field(bytesPerLine),
+                  QImage::Format_RGB32)
+        .copy();
+}
+
+} // namespace
+
+VirtualDisplay::VirtualDisplay(PrivateSession &session, int width, int height)
+    : m_session(session), m_frameBuffer(session.environment().root() / "screen")
+{
+    std::filesystem::create_directory(m_frameBuffer);
+    const std::string screen = std::to_string(width) + "x" + std::to_string(height) + "x24";
+    // The server looks for a free number by itself and writes it to the descriptor given: its standard output.
+    m_server = session.start(
+        {"Xvfb", "-displayfd", "1", "-screen", "0", screen, "-fbdir", m_frameBuffer.string(), "-nolisten", "tcp"});
+    std::string number;
+    const auto numberThere = [&] {
+        const std::string output = m_server->output();
+        const auto end = output.rfind('\n');
+        const auto begin = end == std::string::npos || end == 0 ? std::string::npos : output.rfind('\n', end - 1);
+        number = end == std::string::npos ? "" : output.substr(begin + 1, end - begin - 1);
+        return !number.empty() && number.find_first_not_of("0123456789") == std::string::npos;
+    };
+    if (!waitUntil(numberThere, std::chrono::seconds(15)))
+        throw std::runtime_error("no display: " + m_server->output());
+    session.environment().set("DISPLAY", ":" + number);
+    m_windowManager = session.start({"openbox"});
+}
+
+VirtualDisplay::~VirtualDisplay()
+{
+    m_windowManager.reset();
+    m_server.reset();
+    m_session.environment().unset("DISPLAY");
+}
+
+bool VirtualDisplay::saveScreenshot(const std::filesystem::path &file, const AccessibleBox &box) const
+{
+    const QImage screen = readFrameBuffer(m_frameBuffer / "Xvfb_screen0");
+    std::filesystem::create_directories(file.parent_path());
+    return !screen.isNull() && screen.copy(box.x, box.y, box.width, box.height).save(QString::fromStdString(file));
+}
+
+} // namespace tolvenary::session

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "tests/session/support/signal_source.h"
+
+#include <string>
+#include <vector>
+
+namespace tolvenary::session
+{
+
+/// What the player is told on its command line: --name NAME, --application NAME, --rate RATE, --feed, and then for
+/// each channel CHANNEL=SOUND, for example FL=tone:997:0.25.
+struct PlayerOptions {
+    std::string name = "player";
+    std::string application = "Player";
+    int rate = 48000;
+    bool feed = false; ///< play into whatever is linked by hand, instead of into the default sink
+    std::vector<std::string> channels;
+    std::vector<std::unique_ptr<SignalSource>> sounds;
+
+    /// Throws std::runtime_error on anything else.
+    static PlayerOptions parse(const std::vector<std::string> &arguments);
+};
+
+} // namespace tolvenary::session

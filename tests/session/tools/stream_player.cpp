@@ -1,0 +1,84 @@
+#include "tests/session/tools/stream_player.h"
+
+#include <algorithm>
+#include <array>
+#include <map>
+#include <pipewire/pipewire.h>
+#include <spa/param/audio/format-utils.h>
+#include <stdexcept>
+
+namespace tolvenary::session
+{
+
+namespace
+{
+
+std::uint32_t position(const std::string &channel)
+{
+    static const std::map<std::string, std::uint32_t> known = {
+        {"MONO", SPA_AUDIO_CHANNEL_MONO}, {"FL", SPA_AUDIO_CHANNEL_FL},   {"FR", SPA_AUDIO_CHANNEL_FR},
+        {"FC", SPA_AUDIO_CHANNEL_FC},     {"LFE", SPA_AUDIO_CHANNEL_LFE}, {"SL", SPA_AUDIO_CHANNEL_SL},
+        {"SR", SPA_AUDIO_CHANNEL_SR},     {"RL", SPA_AUDIO_CHANNEL_RL},   {"RR", SPA_AUDIO_CHANNEL_RR},
+    };
+    return known.at(channel);
+}
+
+pw_properties *properties(const PlayerOptions &options)
+{
+    return pw_properties_new(PW_KEY_MEDIA_TYPE, "Audio", PW_KEY_MEDIA_CATEGORY, "Playback", PW_KEY_MEDIA_ROLE, "Music",
+                             PW_KEY_NODE_NAME, options.name.c_str(), PW_KEY_APP_NAME, options.application.c_str(),
+                             nullptr);
+}
+
+} // namespace
+
+StreamPlayer::StreamPlayer(pw_loop *loop, const PlayerOptions &options) : m_options(options)
+{
+    static pw_stream_events events = {};
+    events.version = PW_VERSION_STREAM_EVENTS;
+    events.process = [](void *player) { static_cast<StreamPlayer *>(player)->process(); };
+    m_stream = pw_stream_new_simple(loop, options.application.c_str(), properties(options), &events, this);
+
+    spa_audio_info_raw format = {};
+    format.format = SPA_AUDIO_FORMAT_F32;
+    format.rate = static_cast<std::uint32_t>(options.rate);
+    format.channels = static_cast<std::uint32_t>(options.channels.size());
+    std::transform(options.channels.begin(), options.channels.end(), format.position, position);
+    std::array<std::uint8_t, 1024> memory{};
+    spa_pod_builder builder = {};
+    builder.data = memory.data();
+    builder.size = memory.size();
+    const spa_pod *params = spa_format_audio_raw_build(&builder, SPA_PARAM_EnumFormat, &format);
+    constexpr auto flags = static_cast<pw_stream_flags>(PW_STREAM_FLAG_AUTOCONNECT | PW_STREAM_FLAG_MAP_BUFFERS |
+                                                        PW_STREAM_FLAG_RT_PROCESS);
+    if (pw_stream_connect(m_stream, PW_DIRECTION_OUTPUT, PW_ID_ANY, flags, &params, 1) < 0)
+        throw std::runtime_error("the player cannot connect");
+}
+
+StreamPlayer::~StreamPlayer()
+{
+    pw_stream_destroy(m_stream);
+}
+
+void StreamPlayer::process()
+{
+    pw_buffer *buffer = pw_stream_dequeue_buffer(m_stream);
+    if (buffer == nullptr)
+        return;
+    spa_data &data = buffer->buffer->datas[0];
+    const std::size_t channels = m_options.sounds.size();
+    const auto stride = static_cast<std::uint32_t>(channels * sizeof(float));
+    std::uint64_t frames = data.maxsize / stride;
+    if (buffer->requested > 0)
+        frames = std::min(frames, buffer->requested);
+    auto *sample = static_cast<float *>(data.data);
+    for (std::uint64_t i = 0; i < frames; ++i, ++m_frame)
+        for (const auto &sound : m_options.sounds)
+            *sample++ = sound->at(m_frame, m_options.rate);
+    data.chunk->offset = 0;
+    data.chunk->stride = static_cast<std::int32_t>(stride);
+    data.chunk->size = static_cast<std::uint32_t>(frames) * stride;
+    pw_stream_queue_buffer(m_stream, buffer);
+}
+
+} // namespace tolvenary::session

@@ -59,10 +59,11 @@ class ScalarResampler
   public:
     ScalarResampler() : m_bank(phases * taps), m_history(taps, 0.0F)
     {
-        for (int phase = 0; phase < phases; ++phase)
-            for (int tap = 0; tap < taps; ++tap) {
-                const double x = std::numbers::pi * (tap - taps / 2 + 1 - double{1} * phase / phases);
-                m_bank[static_cast<std::size_t>(phase * taps + tap)] = static_cast<float>(x == 0 ? 1 : std::sin(x) / x);
+        for (std::size_t phase = 0; phase < phases; ++phase)
+            for (std::size_t tap = 0; tap < taps; ++tap) {
+                const double position = static_cast<double>(tap) - static_cast<double>(phase) / phases;
+                const double x = std::numbers::pi * (position - taps / 2.0 + 1);
+                m_bank[phase * taps + tap] = static_cast<float>(x == 0 ? 1 : std::sin(x) / x);
             }
     }
 
@@ -75,10 +76,10 @@ class ScalarResampler
         while (first + taps < m_history.size()) {
             float sum = 0;
             for (std::size_t tap = 0; tap < taps; ++tap)
-                sum += m_history[first + tap] * m_bank[static_cast<std::size_t>(m_phase) * taps + tap];
+                sum += m_history[first + tap] * m_bank[m_phase * taps + tap];
             out[made++] = sum;
             m_phase += 147;
-            first += static_cast<std::size_t>(m_phase / phases);
+            first += m_phase / phases;
             m_phase %= phases;
         }
         m_history.erase(m_history.begin(), m_history.begin() + static_cast<std::ptrdiff_t>(first));
@@ -86,11 +87,11 @@ class ScalarResampler
     }
 
   private:
-    static constexpr int phases = 160;
-    static constexpr int taps = 160;
+    static constexpr std::size_t phases = 160;
+    static constexpr std::size_t taps = 160;
     Floats m_bank;
     Floats m_history;
-    int m_phase = 0;
+    std::size_t m_phase = 0;
 };
 
 double nanosecondsOf(const std::function<void()> &operation, int repeats)

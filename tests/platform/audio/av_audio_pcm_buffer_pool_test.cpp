@@ -66,7 +66,7 @@ TEST(AVAudioPCMBufferPool, aPoolWithoutSlotsMakesNothing)
 TEST(AVAudioPCMBufferPool, noTwoThreadsEverHoldTheSameBuffer)
 {
     constexpr std::uint32_t frames = 16;
-    AVAudioPCMBufferPool pool(3, frames * 8);
+    AVAudioPCMBufferPool pool(3, std::size_t{frames} * 8);
     std::atomic<int> torn{0};
     std::atomic<std::uint64_t> made{0};
     const auto mark = [&](const AVAudioPCMBufferPtr &buffer, float value) {

@@ -2,6 +2,8 @@
 #include "tests/session/support/source_fit.h"
 #include "tests/session/support/tone_level.h"
 
+#include <algorithm>
+#include <array>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -64,6 +66,12 @@ void expectLevels(MixBed &bed, Recorder &recorder, float micGain, float appGain)
     expectLevel(levelError(recording, whole, right, deviceRight, rightTone, app), app, "application, right");
 }
 
+std::string kindName(const testing::TestParamInfo<DeviceKind> &kind)
+{
+    constexpr std::array names = {"pair", "nullSink", "duplex"};
+    return names.at(static_cast<std::size_t>(kind.param));
+}
+
 } // namespace
 
 class Levels : public testing::TestWithParam<DeviceKind>
@@ -81,10 +89,7 @@ TEST_P(Levels, bothSourcesAreInTheDeviceAtTheirGains)
 }
 
 INSTANTIATE_TEST_SUITE_P(Devices, Levels, testing::Values(DeviceKind::pair, DeviceKind::nullSink, DeviceKind::duplex),
-                         [](const auto &kind) {
-                             const char *const names[] = {"pair", "nullSink", "duplex"};
-                             return std::string(names[static_cast<int>(kind.param)]);
-                         });
+                         kindName);
 
 TEST(Sum, isLinearFarAboveFullScale)
 {

@@ -22,6 +22,8 @@ PrivateEnvironment::PrivateEnvironment()
                              "PIPEWIRE_LATENCY", "PIPEWIRE_QUANTUM", "PULSE_SERVER", "PULSE_RUNTIME_PATH",
                              "DBUS_SESSION_BUS_ADDRESS", "DISPLAY", "WAYLAND_DISPLAY"})
         unset(name);
+    // Settings stay in the process: a service that stores them would end its clients when the private bus ends.
+    set("GSETTINGS_BACKEND", "memory");
     // Programs talk to each other in English here, whoever runs the tests.
     set("LC_ALL", "C.UTF-8");
 }

@@ -13,9 +13,9 @@ template <typename Signature> class FunctionRef;
 template <typename R, typename... Args> class FunctionRef<R(Args...)>
 {
   public:
-    // NOLINTBEGIN(google-explicit-constructor, bugprone-forwarding-reference-overload): as std::function_ref has it
     template <typename F>
     requires(!std::is_same_v<std::remove_cvref_t<F>, FunctionRef> && std::is_invocable_r_v<R, F &, Args...>)
+        // NOLINTNEXTLINE(google-explicit-constructor, bugprone-forwarding-reference-overload): as std's
         FunctionRef(F &&callable)
         : m_callable(const_cast<void *>(static_cast<const void *>(std::addressof(callable)))),
           m_call([](void *target, Args... args) -> R {
@@ -23,7 +23,6 @@ template <typename R, typename... Args> class FunctionRef<R(Args...)>
           })
     {
     }
-    // NOLINTEND(google-explicit-constructor, bugprone-forwarding-reference-overload)
 
     R operator()(Args... args) const { return m_call(m_callable, std::forward<Args>(args)...); }
 

@@ -159,7 +159,9 @@ const GraphNode *microphoneOf(const Graph &graph, const LinkWishes &wishes)
     if (graph.defaultSourceName.empty())
         return nullptr;
     const GraphNode *source = graph.nodeNamed(graph.defaultSourceName);
-    if (source == nullptr || !graph.isDevice(*source))
+    // Without a real source a session manager may name a sink: its monitor is what the applications play, and they
+    // would be in the mix twice.
+    if (source == nullptr || !graph.isDevice(*source) || source->mediaClass == "Audio/Sink")
         return nullptr;
     const auto isOurs = [&](const GraphNode &upstream) {
         return std::ranges::any_of(wishes.outputs, [&](const OutputWish &output) {

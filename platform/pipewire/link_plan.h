@@ -40,7 +40,7 @@ struct LinkWishes {
     std::vector<TapWish> taps;
 };
 
-/// The default source, unless what it delivers is our own mix: then there is no microphone.
+/// The default source; none where that is a sink's monitor, or delivers our own mix.
 const GraphNode *microphoneOf(const Graph &graph, const LinkWishes &wishes);
 
 /// The streams that the tap is to hear, held back or not.

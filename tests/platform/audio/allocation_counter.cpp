@@ -3,10 +3,7 @@
 #include <cerrno>
 #include <cstdlib>
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-#define TOLVENARY_SANITIZER_HEAP 1
-#include <sanitizer/allocator_interface.h>
-#endif
+// NOLINTBEGIN(bugprone-reserved-identifier): the names are the C library's and the sanitizers'
 
 namespace
 {
@@ -28,7 +25,11 @@ void countFree(const void *block)
 
 } // namespace
 
-#ifdef TOLVENARY_SANITIZER_HEAP
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+
+// Of the sanitizers' runtime; GCC comes without the header.
+extern "C" int __sanitizer_install_malloc_and_free_hooks(void (*onMalloc)(const volatile void *, std::size_t),
+                                                         void (*onFree)(const volatile void *));
 
 namespace
 {
@@ -96,6 +97,7 @@ void free(void *block)
 }
 
 #endif
+// NOLINTEND(bugprone-reserved-identifier)
 
 namespace tolvenary::test
 {

@@ -47,18 +47,30 @@ std::vector<Pair> conversions()
 
 } // namespace
 
-TEST(AllocationCounter, itSeesWhatTheProgramAndItsLibrariesDo)
+TEST(AllocationCounter, itSeesWhatTheProgramDoes)
 {
     const AllocationCounter counter;
     void *volatile block = std::malloc(10); // volatile: or else it would be optimised away
     std::free(block);
     int *volatile number = new int;
     delete number;
-    EXPECT_GE(counter.allocations(), 2U);
-    EXPECT_GE(counter.frees(), 2U);
-    const std::uint64_t before = counter.allocations();
-    const auto converter = AVAudioConverter::make(standardFormat(44100), standardFormat());
-    EXPECT_GT(counter.allocations(), before + 10) << "the resampler's own are counted";
+    EXPECT_EQ(counter.allocations(), 2U);
+    EXPECT_EQ(counter.frees(), 2U);
+}
+
+TEST(AllocationCounter, itSeesWhatTheResamplerDoes)
+{
+#ifdef __SANITIZE_THREAD__
+    GTEST_SKIP() << "the thread sanitizer does not tell of aligned allocations, and the resampler makes no others";
+#endif
+    AVAudioPCMBufferPool pool(2, 1 << 16);
+    const auto converter = AVAudioConverter::make(standardFormat(44100), standardFormat(), 16);
+    const auto block = makeBuffer(pool, std::vector<float>(4000, 0.0F), standardFormat(44100));
+    const auto output = pool.make(standardFormat(), 5000);
+    const AllocationCounter counter;
+    convertBlock(*converter, *block, *output);
+    EXPECT_GT(counter.allocations(), 4U)
+        << "a longer block than any before: four for our room, the rest the resampler's";
 }
 
 TEST(Allocations, aConverterMakesNoneFromItsFirstBlockOnWhateverTheBlocks)

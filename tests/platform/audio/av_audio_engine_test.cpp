@@ -37,7 +37,7 @@ class EngineTest : public testing::Test
         m_engine.prepare();
     }
 
-    Floats cycle(std::uint32_t frames)
+    Floats cycle(std::uint32_t frames) const
     {
         Samples samples(frames);
         m_units.outputUnit->cycle(samples.block());

@@ -27,7 +27,7 @@ class OutputNodeTest : public testing::Test
         ASSERT_TRUE(m_engine.startAndReturnError());
     }
 
-    Floats cycle(std::uint32_t frames)
+    Floats cycle(std::uint32_t frames) const
     {
         Samples samples(frames);
         m_units.outputUnit->cycle(samples.block());
@@ -103,47 +103,86 @@ TEST_F(OutputNodeTest, aRateThatCannotBeConvertedFailsTheStart)
     EXPECT_EQ(m_units.output.starts, 0);
 }
 
-// The whole way at a graph rate of 44.1 kHz: captured, converted in, played, converted out, one cycle at a time.
-TEST_F(OutputNodeTest, aToneConvertedInAndOutIsCleanWithoutGapOrClick)
+namespace
 {
-    for (const std::uint32_t quantum : {64U, 441U, 1024U}) {
-        const AVAudioFormat graphFormat = standardFormat(44100);
-        m_units.output.sampleRate = 44100;
-        AVAudioPlayerNode player;
-        AVAudioMixerNode mixer;
-        m_engine.attachNode(mixer);
-        m_engine.connect(player, mixer, standardFormat());
-        m_engine.attachNode(player);
-        connectAndStart(mixer);
-        player.play();
 
-        const auto converter = AVAudioConverter::make(graphFormat, standardFormat());
-        AVAudioPCMBufferPool pool(16, 1 << 16);
-        constexpr double step = 2 * std::numbers::pi * 441 / 44100;
-        std::uint64_t captured = 0;
-        const std::uint64_t settled = 4 * 1024;
-        Floats heard;
-        while (heard.size() < 500000) {
-            Floats tone(quantum);
-            for (float &sample : tone)
-                sample = static_cast<float>(std::sin(step * static_cast<double>(captured++)));
-            const auto block = makeBuffer(pool, tone, graphFormat);
-            auto converted = pool.make(standardFormat(), quantum * 48000 / 44100 + 32);
-            const AVAudioPCMBuffer *next = block.get();
-            converter->convertToBuffer(*converted, nullptr, [&](std::uint32_t, AVAudioConverterInputStatus &status) {
-                status =
-                    next != nullptr ? AVAudioConverterInputStatus::haveData : AVAudioConverterInputStatus::noDataNow;
-                return std::exchange(next, nullptr);
-            });
-            player.scheduleBuffer(std::move(converted), {});
-            const Floats out = cycle(quantum);
-            heard.insert(heard.end(), out.begin(), out.end());
-        }
-        // A tone repeats its period: any frame lost, doubled or left out shows as a difference to the one before.
-        double worst = 0;
-        for (std::size_t i = settled + 100; i < heard.size(); ++i)
-            worst = std::max(worst, std::abs(double{heard[i]} - heard[i - 100]));
-        EXPECT_LT(worst, 1e-5) << quantum;
-        m_engine.reset();
+/// The whole way at a graph's own rate: captured, converted in, played, converted out, one cycle at a time.
+class ConvertedLoop
+{
+  public:
+    static constexpr std::size_t period = 100;
+
+    explicit ConvertedLoop(double graphRate)
+        : m_graphFormat(standardFormat(graphRate)),
+          m_room(48000 / graphRate),
+          m_converter(AVAudioConverter::make(m_graphFormat, standardFormat()))
+    {
+        m_units.output.sampleRate = graphRate;
+        m_engine.outputNode();
+        m_engine.attachNode(m_player);
+        m_engine.attachNode(m_mixer);
+        m_engine.connect(m_player, m_mixer, standardFormat());
+        m_engine.connect(m_mixer, m_engine.outputNode(), standardFormat());
+        EXPECT_TRUE(m_engine.startAndReturnError());
+        m_player.play();
     }
+
+    /// Plays a tone of that period and gives what comes out of the cycle.
+    Floats cycle(std::uint32_t frames)
+    {
+        Floats tone(frames);
+        for (float &sample : tone)
+            sample = static_cast<float>(std::sin(2 * std::numbers::pi * static_cast<double>(m_captured++ % period) /
+                                                 static_cast<double>(period)));
+        const auto block = makeBuffer(m_pool, tone, m_graphFormat);
+        auto converted = m_pool.make(standardFormat(), static_cast<std::uint32_t>(frames * m_room + 32));
+        const AVAudioPCMBuffer *next = block.get();
+        m_converter->convertToBuffer(*converted, nullptr, [&](std::uint32_t, AVAudioConverterInputStatus &status) {
+            status = next != nullptr ? AVAudioConverterInputStatus::haveData : AVAudioConverterInputStatus::noDataNow;
+            return std::exchange(next, nullptr);
+        });
+        m_player.scheduleBuffer(std::move(converted), {});
+        Samples samples(frames);
+        m_units.outputUnit->cycle(samples.block());
+        return samples[0];
+    }
+
+  private:
+    AVAudioFormat m_graphFormat;
+    double m_room;
+    FakeUnits m_units;
+    AVAudioPCMBufferPool m_pool{16, 1 << 16};
+    std::unique_ptr<AVAudioConverter> m_converter;
+    AVAudioPlayerNode m_player;
+    AVAudioMixerNode m_mixer;
+    AVAudioEngine m_engine{m_units};
+    std::uint64_t m_captured = 0;
+};
+
+/// A tone repeats its period: a frame lost, doubled or silent makes a difference to the one a period before.
+double worstBreak(double graphRate, const std::vector<std::uint32_t> &quanta, std::size_t frames)
+{
+    constexpr std::size_t settled = 4096;
+    ConvertedLoop loop(graphRate);
+    Floats heard;
+    for (std::size_t cycle = 0; heard.size() < frames; ++cycle) {
+        const Floats block = loop.cycle(quanta[cycle % quanta.size()]);
+        heard.insert(heard.end(), block.begin(), block.end());
+    }
+    double worst = 0;
+    for (std::size_t i = settled + ConvertedLoop::period; i < heard.size(); ++i)
+        worst = std::max(worst, std::abs(double{heard[i]} - heard[i - ConvertedLoop::period]));
+    const auto loudest = *std::max_element(heard.begin() + settled, heard.end());
+    EXPECT_NEAR(loudest, 1, 1e-3) << "there is a tone at all";
+    return worst;
+}
+
+} // namespace
+
+TEST(ConvertedOutput, aToneConvertedInAndOutHasNoGapAndNoClick)
+{
+    const std::vector<std::vector<std::uint32_t>> quanta{{64}, {441}, {1024}, {1, 2, 3}, {1024, 64, 256, 17}};
+    for (const double graphRate : {44100.0, 96000.0, 88200.0, 192000.0, 32000.0})
+        for (const auto &pattern : quanta)
+            EXPECT_LT(worstBreak(graphRate, pattern, 100000), 1e-5) << graphRate << ", " << pattern.front();
 }

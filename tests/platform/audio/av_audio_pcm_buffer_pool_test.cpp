@@ -60,22 +60,35 @@ TEST(AVAudioPCMBufferPool, aPoolWithoutSlotsMakesNothing)
     EXPECT_EQ(pool.make(standardFormat(), 1), nullptr);
 }
 
-// Each thread marks what it holds and looks for the marks of others: a slot handed out twice would show.
+// Each thread marks what it holds and looks for the marks of others: a slot handed out twice would show. Two are held
+// at once and given back in the order of their making, so that the free list changes behind a thread's back and then
+// looks as before.
 TEST(AVAudioPCMBufferPool, noTwoThreadsEverHoldTheSameBuffer)
 {
     constexpr std::uint32_t frames = 16;
-    AVAudioPCMBufferPool pool(3, frames * 8);
+    AVAudioPCMBufferPool pool(3, std::size_t{frames} * 8);
     std::atomic<int> torn{0};
     std::atomic<std::uint64_t> made{0};
-    const auto work = [&](float mark) {
-        for (int round = 0; round < 50000; ++round) {
-            auto buffer = pool.make(standardFormat(), frames);
-            if (buffer == nullptr)
-                continue;
-            ++made;
-            std::fill_n(buffer->floatChannel(0), frames, mark);
-            for (std::uint32_t i = 0; i < frames; ++i)
-                torn += buffer->floatChannel(0)[i] != mark ? 1 : 0;
+    const auto mark = [&](const AVAudioPCMBufferPtr &buffer, float value) {
+        if (buffer != nullptr)
+            std::fill_n(buffer->floatChannel(0), frames, value);
+    };
+    const auto check = [&](const AVAudioPCMBufferPtr &buffer, float value) {
+        if (buffer == nullptr)
+            return;
+        ++made;
+        for (std::uint32_t i = 0; i < frames; ++i)
+            torn += buffer->floatChannel(0)[i] != value ? 1 : 0;
+    };
+    const auto work = [&](float value) {
+        for (int round = 0; round < 100000; ++round) {
+            auto first = pool.make(standardFormat(), frames);
+            auto second = pool.make(standardFormat(), frames);
+            mark(first, value);
+            mark(second, value);
+            check(first, value);
+            first.reset();
+            check(second, value);
         }
     };
     {

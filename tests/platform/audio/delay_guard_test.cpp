@@ -12,6 +12,7 @@ namespace
 std::vector<std::uint32_t> observeAll(DelayGuard &guard, const std::vector<std::uint32_t> &queued)
 {
     std::vector<std::uint32_t> answers;
+    answers.reserve(queued.size());
     for (const std::uint32_t frames : queued)
         answers.push_back(guard.observe(frames));
     return answers;

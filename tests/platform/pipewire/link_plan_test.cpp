@@ -101,6 +101,14 @@ TEST(LinkPlan, aMonoMicrophoneThatComesLaterIsHeardOnAllChannels)
                                      GraphLink{built.out(source, "MONO"), built.in(input, "input_2")}));
 }
 
+TEST(LinkPlan, aSinksMonitorIsNoMicrophone)
+{
+    GraphBuilder built;
+    built.sink("speakers", {"FL", "FR"});
+    built.graph.defaultSourceName = "speakers";
+    EXPECT_EQ(microphoneOf(built.graph, {}), nullptr);
+}
+
 TEST(LinkPlan, theDevicesOwnOtherHalfIsNoMicrophone)
 {
     GraphBuilder built;

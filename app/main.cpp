@@ -1,0 +1,23 @@
+#include "app/linux_platform.h"
+#include "app/quit_signals.h"
+#include "app/tolvenary_app.h"
+
+#include <QGuiApplication>
+#include <QIcon>
+
+#include <cstdlib>
+
+int main(int, char **arguments)
+{
+    // There is no command line: only the program's name is passed on.
+    int count = 1;
+    QGuiApplication application(count, arguments);
+    QGuiApplication::setApplicationName(QStringLiteral("Tolvenary"));
+    QGuiApplication::setDesktopFileName(QStringLiteral("com.tolvenary.app"));
+    QGuiApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("com.tolvenary.app")));
+
+    tolvenary::LinuxPlatform platform;
+    tolvenary::TolvenaryApp app(platform);
+    const tolvenary::QuitSignals quitSignals;
+    return app.show() ? QGuiApplication::exec() : EXIT_FAILURE;
+}

@@ -1,0 +1,59 @@
+#include "app/tolvenary_app.h"
+
+#include "app/window_accessor.h"
+#include "app/window_style.h"
+#include "core/answer.h"
+#include "platform/audio_server.h"
+#include "platform/platform.h"
+
+#include <QPointer>
+#include <QQuickWindow>
+#include <QtQml/QQmlExtensionPlugin>
+
+Q_IMPORT_QML_PLUGIN(TolvenaryPlugin)
+
+namespace tolvenary
+{
+
+TolvenaryApp::TolvenaryApp(Platform &platform) : m_platform(platform), m_coordinator(platform), m_actions(m_coordinator)
+{
+    m_engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
+}
+
+TolvenaryApp::~TolvenaryApp()
+{
+    m_coordinator.teardown();
+}
+
+bool TolvenaryApp::show()
+{
+    m_engine.setInitialProperties({{QStringLiteral("coordinator"), QVariant::fromValue(&m_coordinator)},
+                                   {QStringLiteral("actions"), QVariant::fromValue(&m_actions)}});
+    m_engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Tolvenary/PanelWindow.qml")));
+    if (!window())
+        return false;
+    // Owned by the window's content, which outlives it in no case.
+    new WindowAccessor(styleWindow, window()->contentItem());
+    window()->show();
+    launch();
+    return true;
+}
+
+QQuickWindow *TolvenaryApp::window() const
+{
+    return m_engine.rootObjects().isEmpty() ? nullptr : qobject_cast<QQuickWindow *>(m_engine.rootObjects().first());
+}
+
+QCoro::Task<void> TolvenaryApp::launch()
+{
+    const QPointer<TolvenaryApp> self(this);
+    // Until the sound server has told what it has, an empty list would be taken for the truth.
+    AudioServer &server = m_platform.audioServer();
+    co_await answer<bool>([&server](auto done) { server.settle(done); });
+    if (!self)
+        co_return;
+    m_coordinator.refreshBlackHole();
+    co_await m_coordinator.refreshApps();
+}
+
+} // namespace tolvenary

@@ -1,0 +1,43 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import Tolvenary
+
+// A gain as a multiplier, its digits in cells of equal width so that nothing jumps while it changes.
+Item {
+    id: readOut
+
+    required property real value
+    required property color color
+    readonly property string text: value.toFixed(2) + "×"
+    // The widest digit of the rounded design, in parts of its size.
+    readonly property real cell: 0.708 * Typography.readOut.font.pixelSize
+
+    implicitWidth: Math.max(56, digits.implicitWidth)
+    implicitHeight: digits.implicitHeight
+    Accessible.ignored: true
+
+    Row {
+        id: digits
+
+        anchors.right: parent.right
+        LayoutMirroring.enabled: false
+
+        Repeater {
+            model: readOut.text.length
+
+            PanelText {
+                required property int index
+
+                readonly property string sign: readOut.text.charAt(index)
+
+                width: sign >= "0" && sign <= "9" ? readOut.cell : implicitWidth
+                horizontalAlignment: Text.AlignHCenter
+                face: Typography.readOut
+                text: sign
+                color: readOut.color
+                Accessible.ignored: true
+            }
+        }
+    }
+}

@@ -1,0 +1,60 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import Tolvenary
+
+// The one window. It draws its own buttons and its own background; what is done to the window itself, the shell does.
+Window {
+    id: window
+
+    required property MixCoordinator coordinator
+    required property PanelActions actions
+    readonly property alias content: content
+
+    width: Theme.leastSize
+    minimumWidth: Theme.leastSize
+    minimumHeight: Theme.leastSize
+    title: qsTr("Tolvenary")
+    Component.onCompleted: height = content.roomyHeight
+
+    ContentView {
+        id: content
+
+        anchors.fill: parent
+        coordinator: window.coordinator
+        actions: window.actions
+    }
+
+    WindowGrip {
+        anchors.fill: parent
+        border: Theme.resizeBorder
+    }
+
+    Row {
+        anchors.left: parent.left
+        anchors.leftMargin: 8
+        y: 8
+        spacing: 8
+
+        WindowButton {
+            objectName: "close"
+            text: qsTr("Close")
+            tint: Theme.closeButton
+            onClicked: window.close()
+        }
+
+        WindowButton {
+            objectName: "minimise"
+            text: qsTr("Minimise")
+            tint: Theme.minimiseButton
+            onClicked: window.showMinimized()
+        }
+
+        WindowButton {
+            objectName: "zoom"
+            text: qsTr("Zoom")
+            tint: Theme.zoomButton
+            onClicked: window.visibility === Window.Maximized ? window.showNormal() : window.showMaximized()
+        }
+    }
+}

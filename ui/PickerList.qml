@@ -1,0 +1,64 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import Tolvenary
+
+// The rows of an open picker; keys and pointer move the highlight, picked() tells the choice.
+ListView {
+    id: list
+
+    required property PickerModel rows
+    required property string title
+    required property real rowHeight
+    readonly property int rowsInView: Math.max(1, Math.floor(height / rowHeight))
+
+    signal picked(int row)
+
+    function showChosenRow() {
+        currentIndex = rows.selectedRow;
+        positionViewAtIndex(Math.max(0, rows.selectedRow), ListView.Contain);
+    }
+
+    model: rows
+    implicitHeight: count * rowHeight
+    clip: true
+    focus: true
+    boundsBehavior: Flickable.StopAtBounds
+    highlightMoveDuration: 0
+
+    Accessible.role: Accessible.List
+    Accessible.name: title
+
+    Keys.onReturnPressed: picked(currentIndex)
+    Keys.onEnterPressed: picked(currentIndex)
+    Keys.onPressed: event => {
+        const places = {
+            [Qt.Key_Home]: 0,
+            [Qt.Key_End]: count - 1,
+            [Qt.Key_PageUp]: Math.max(0, currentIndex - rowsInView),
+            [Qt.Key_PageDown]: Math.min(count - 1, currentIndex + rowsInView)
+        };
+        event.accepted = true;
+        if (event.key in places)
+            currentIndex = places[event.key];
+        else if (typeAhead.isLetter(event.text))
+            currentIndex = typeAhead.rowFor(event.text, currentIndex);
+        else if (event.key === Qt.Key_Space)
+            picked(currentIndex);
+        else
+            event.accepted = false;
+    }
+
+    TypeAhead {
+        id: typeAhead
+
+        model: list.rows
+    }
+
+    delegate: PickerRow {
+        width: list.width
+        height: list.rowHeight
+        onPointedAt: list.currentIndex = index
+        onPicked: list.picked(index)
+    }
+}

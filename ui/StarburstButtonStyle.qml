@@ -1,0 +1,54 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtQuick.Templates as T
+import Tolvenary
+
+// The one main button; its colours tell whether what it starts is active.
+T.Button {
+    id: control
+
+    required property bool isActive
+    property string symbol
+
+    implicitWidth: implicitContentWidth + leftPadding + rightPadding
+    implicitHeight: implicitContentHeight + topPadding + bottomPadding
+    leftPadding: 18
+    rightPadding: 18
+    topPadding: 10
+    bottomPadding: 10
+    scale: spring.value
+    opacity: enabled ? 1 : 0.5
+    focusPolicy: Qt.StrongFocus
+
+    Accessible.onPressAction: control.clicked()
+
+    Spring {
+        id: spring
+
+        response: 0.25
+        dampingFraction: 0.7
+        target: control.down ? 0.96 : 1
+    }
+
+    background: GlassShape {
+        radius: Theme.buttonRadius
+        fill: control.isActive ? [Theme.pink, Theme.purple, Theme.blue] : [Theme.cyan, Theme.blue, Theme.purple]
+        outline: [Theme.white(0.35)]
+        shadowColor: Theme.faded(control.isActive ? Theme.pink : Theme.cyan, 0.45)
+        shadowRadius: 10
+        shadowOffset: 4
+        mirrored: control.mirrored
+
+        FocusRing {
+            shown: control.visualFocus
+            cornerRadius: Theme.buttonRadius
+        }
+    }
+
+    contentItem: StartFace {
+        objectName: "label"
+        text: control.text
+        symbol: control.symbol
+    }
+}

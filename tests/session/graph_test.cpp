@@ -34,8 +34,8 @@ TEST(Graph, aRunningMixIsThreeNodesInOneDriverGroup)
     for (const GraphNode &node : nodes) {
         EXPECT_EQ(node.properties.at("node.group"), nodes.front().properties.at("node.group"));
         EXPECT_EQ(node.state, "running");
-        if (node.properties.at("node.description") == "TolvenaryTapAggregate")
-            EXPECT_THAT(node.name, testing::MatchesRegex("com\\.tolvenary\\.tap\\.[0-9A-F-]+"));
+        const bool isTap = node.properties.at("node.description") == "TolvenaryTapAggregate";
+        EXPECT_EQ(isTap, testing::Matches(testing::MatchesRegex("com\\.tolvenary\\.tap\\.[0-9A-F-]+"))(node.name));
     }
 }
 

@@ -1,5 +1,6 @@
 #include "tests/session/mix_bed.h"
 
+#include <fstream>
 #include <gtest/gtest.h>
 #include <malloc.h>
 

@@ -24,16 +24,6 @@ std::unique_ptr<ChildProcess> startListener(PrivateSession &session)
     return listener;
 }
 
-/// A source with nothing behind it: the other half of a loopback that nobody plays into.
-std::unique_ptr<ChildProcess> startUnfedSource(PrivateSession &session)
-{
-    auto source = session.start(
-        {"pw-loopback", "-c", "1", "-m", "[ MONO ]", "--capture-props={ node.name=unfed-in node.autoconnect=false }",
-         "--playback-props={ media.class=Audio/Source node.name=unfed priority.session=3000 }"});
-    session.waitForGraph([](const SoundGraph &graph) { return graph.defaultNode("default.audio.source") == "unfed"; });
-    return source;
-}
-
 } // namespace
 
 TEST(Silence, aSilentApplicationIsNamedAfterTwoSeconds)
@@ -63,7 +53,7 @@ TEST(Silence, whenTheApplicationBeginsTheRunningLineComesBack)
 TEST(Silence, aMicrophoneWithoutASignalPathIsNamed)
 {
     MixBed bed({.microphone = false});
-    const auto microphone = startUnfedSource(bed.session());
+    const auto microphone = startDeadMicrophone(bed.session());
     bed.start();
     ASSERT_TRUE(bed.isRunning()) << bed.status();
     EXPECT_TRUE(bed.waitFor([&] { return bed.status() == silentMicrophone; })) << bed.status();
@@ -74,7 +64,7 @@ TEST(Silence, aMicrophoneWithoutASignalPathIsNamed)
 TEST(Silence, withNeitherBothAreNamed)
 {
     MixBed bed({.microphone = false, .application = false});
-    const auto microphone = startUnfedSource(bed.session());
+    const auto microphone = startDeadMicrophone(bed.session());
     bed.player() = startListener(bed.session());
     bed.start();
     ASSERT_TRUE(bed.isRunning()) << bed.status();

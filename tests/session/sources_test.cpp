@@ -17,30 +17,39 @@ MixBedOptions quietMicrophone(bool application = true)
     return {.voice = {"MONO=silence"}, .application = application};
 }
 
-struct Heard {
+/// Every tone that a test here plays, so that each is measured beside all others.
+const std::vector<double> allTones = {100, 500, 700, 900, 1100, 1300, 1499};
+
+struct Expected {
+    double frequency;
     double left;
     double right;
 };
 
-/// Amplitude of a tone in the device.
-Heard hear(MixBed &bed, double frequency)
+void expectAmplitude(double heard, double wanted, double frequency, const char *side)
+{
+    if (heard > 1e-5 || wanted > 0)
+        std::printf("  %4.0f Hz %-5s: %.5f (want %.5f)\n", frequency, side, heard, wanted);
+    constexpr double tenthOfADecibel = 0.0116;
+    EXPECT_NEAR(heard, wanted, wanted * tenthOfADecibel + 1e-5) << frequency << " Hz, " << side;
+}
+
+/// Listens to the device for half a second; each of these tones must be there, and no other.
+void expectHeard(MixBed &bed, const std::vector<Expected> &expected)
 {
     Recorder recorder(bed.session(), {bed.monitor("FL"), bed.monitor("FR")});
     bed.record(recorder, 9600);
     const Recording recording = bed.record(recorder, 24000);
     const Stretch whole = recording.longestUnbroken();
-    return {toneAmplitudes(recording.part(0, whole), recording.rate, {frequency}).front(),
-            toneAmplitudes(recording.part(1, whole), recording.rate, {frequency}).front()};
-}
-
-void expectHeard(MixBed &bed, double frequency, double left, double right)
-{
-    const Heard heard = hear(bed, frequency);
-    std::printf("  %.0f Hz: left %.4f (want %.4f), right %.4f (want %.4f)\n", frequency, heard.left, left, heard.right,
-                right);
-    constexpr double tenthOfADecibel = 0.0116;
-    EXPECT_NEAR(heard.left, left, left * tenthOfADecibel + 1e-5) << frequency << " Hz, left";
-    EXPECT_NEAR(heard.right, right, right * tenthOfADecibel + 1e-5) << frequency << " Hz, right";
+    const auto left = toneAmplitudes(recording.part(0, whole), recording.rate, allTones);
+    const auto right = toneAmplitudes(recording.part(1, whole), recording.rate, allTones);
+    for (std::size_t i = 0; i < allTones.size(); ++i) {
+        Expected wanted{allTones[i], 0, 0};
+        for (const Expected &one : expected)
+            wanted = one.frequency == allTones[i] ? one : wanted;
+        expectAmplitude(left[i], wanted.left, wanted.frequency, "left");
+        expectAmplitude(right[i], wanted.right, wanted.frequency, "right");
+    }
 }
 
 } // namespace
@@ -51,8 +60,7 @@ TEST(Sources, anApplicationThatBeginsAfterStartIsHeard)
     bed.run();
     const auto late =
         playApplication(bed.session(), {.nodeName = "late", .channels = {"FL=tone:700:0.3", "FR=silence"}});
-    expectHeard(bed, 700, 0.3, 0);
-    expectHeard(bed, 1499, 0.2, 0.2);
+    expectHeard(bed, {{700, 0.3, 0}, {1499, 0.2, 0.2}});
 }
 
 TEST(Sources, anApplicationThatStopsAndStartsAgainIsHeardAgain)
@@ -61,9 +69,9 @@ TEST(Sources, anApplicationThatStopsAndStartsAgainIsHeardAgain)
     bed.run();
     bed.player().reset();
     ASSERT_TRUE(bed.waitForGraph([](const SoundGraph &graph) { return graph.node("player") == nullptr; }));
-    expectHeard(bed, 1499, 0, 0);
+    expectHeard(bed, {});
     bed.player() = playApplication(bed.session());
-    expectHeard(bed, 1499, 0.2, 0.2);
+    expectHeard(bed, {{1499, 0.2, 0.2}});
 }
 
 TEST(Sources, aMonoClientReachesBothSidesAtFullLevel)
@@ -72,23 +80,43 @@ TEST(Sources, aMonoClientReachesBothSidesAtFullLevel)
     options.player.channels = {"MONO=tone:700:0.3"};
     MixBed bed(options);
     bed.run();
-    expectHeard(bed, 700, 0.3, 0.3);
+    expectHeard(bed, {{700, 0.3, 0.3}});
 }
 
-TEST(Sources, eachChannelOfASurroundClientIsHeardWhereItBelongs)
+TEST(Sources, aMonoClientOnMonoSpeakersReachesBothSidesAtFullLevel)
 {
     MixBedOptions options = quietMicrophone();
-    options.player.channels = {"FL=tone:500:0.2",  "FR=tone:700:0.2",  "FC=tone:900:0.2",
-                               "LFE=tone:100:0.2", "RL=tone:1100:0.2", "RR=tone:1300:0.2"};
+    options.configuration.speakers = "MONO";
+    options.player.channels = {"MONO=tone:700:0.3"};
+    MixBed bed(options);
+    bed.run();
+    ASSERT_NE(SoundGraph::read().port("player:output_MONO"), nullptr);
+    expectHeard(bed, {{700, 0.3, 0.3}});
+}
+
+/// On stereo speakers the server folds a surround client down before we hear it; on surround speakers we do.
+class Surround : public testing::TestWithParam<const char *>
+{
+};
+
+TEST_P(Surround, eachChannelIsHeardWhereItBelongs)
+{
+    MixBedOptions options = quietMicrophone();
+    options.configuration.speakers = GetParam();
+    options.player.channels = {"FL=tone:500:0.2", "FR=tone:700:0.2",  "FC=tone:900:0.2",
+                               "LFE=silence",     "RL=tone:1100:0.2", "RR=tone:1300:0.2"};
     MixBed bed(options);
     bed.run();
     const double threeDecibelDown = 0.2 / std::sqrt(2.0);
-    expectHeard(bed, 500, 0.2, 0);
-    expectHeard(bed, 700, 0, 0.2);
-    expectHeard(bed, 900, threeDecibelDown, threeDecibelDown);
-    expectHeard(bed, 1100, threeDecibelDown, 0);
-    expectHeard(bed, 1300, 0, threeDecibelDown);
+    expectHeard(bed, {{500, 0.2, 0},
+                      {700, 0, 0.2},
+                      {900, threeDecibelDown, threeDecibelDown},
+                      {1100, threeDecibelDown, 0},
+                      {1300, 0, threeDecibelDown}});
 }
+
+INSTANTIATE_TEST_SUITE_P(Speakers, Surround, testing::Values("FL FR", "FL FR FC LFE RL RR"),
+                         [](const auto &speakers) { return speakers.index == 0 ? "stereo" : "surround"; });
 
 TEST(Sources, aPulseClientIsHeard)
 {
@@ -97,8 +125,7 @@ TEST(Sources, aPulseClientIsHeard)
     MixBed bed(options);
     bed.run();
     const auto client = playPulseClient(bed.session(), {"tone:700:0.3", "tone:900:0.1"});
-    expectHeard(bed, 700, 0.3, 0);
-    expectHeard(bed, 900, 0, 0.1);
+    expectHeard(bed, {{700, 0.3, 0}, {900, 0, 0.1}, {1499, 0.2, 0.2}});
 }
 
 TEST(Sources, twoApplicationsAreSummed)
@@ -106,17 +133,15 @@ TEST(Sources, twoApplicationsAreSummed)
     MixBed bed(quietMicrophone());
     bed.run();
     const auto other =
-        playApplication(bed.session(), {.nodeName = "other", .channels = {"FL=tone:1499:0.2", "FR=tone:700:0.3"}});
-    expectHeard(bed, 700, 0, 0.3);
-    EXPECT_NEAR(hear(bed, 1499).right, 0.2, 0.003);
+        playApplication(bed.session(), {.nodeName = "other", .channels = {"FL=tone:500:0.1", "FR=tone:700:0.3"}});
+    expectHeard(bed, {{500, 0.1, 0}, {700, 0, 0.3}, {1499, 0.2, 0.2}});
 }
 
 TEST(Sources, aStereoMicrophoneKeepsItsSides)
 {
     MixBed bed({.microphoneChannels = "FL FR", .voice = {"FL=tone:500:0.3", "FR=tone:900:0.1"}});
     bed.run();
-    expectHeard(bed, 500, 0.3, 0);
-    expectHeard(bed, 900, 0, 0.1);
+    expectHeard(bed, {{500, 0.3, 0}, {900, 0, 0.1}, {1499, 0.2, 0.2}});
 }
 
 TEST(Sources, ofAMicrophoneArrayTheFirstTwoAreTaken)
@@ -124,9 +149,7 @@ TEST(Sources, ofAMicrophoneArrayTheFirstTwoAreTaken)
     MixBed bed({.microphoneChannels = "FL FR FC LFE SL SR",
                 .voice = {"FL=tone:500:0.3", "FR=tone:900:0.1", "SL=tone:1100:0.3"}});
     bed.run();
-    expectHeard(bed, 500, 0.3, 0);
-    expectHeard(bed, 900, 0, 0.1);
-    expectHeard(bed, 1100, 0, 0);
+    expectHeard(bed, {{500, 0.3, 0}, {900, 0, 0.1}, {1499, 0.2, 0.2}});
 }
 
 TEST(Sources, whatThisProcessPlaysIsNeverCaptured)
@@ -139,13 +162,14 @@ TEST(Sources, whatThisProcessPlaysIsNeverCaptured)
         return port != nullptr && std::any_of(graph.links.begin(), graph.links.end(),
                                               [&](const GraphLink &link) { return link.outputPort == port->id; });
     }));
-    Recorder speakers(bed.session(), {"speakers:monitor_FL"});
-    bed.record(speakers, 9600);
-    const Recording aloud = bed.record(speakers, 24000);
-    EXPECT_NEAR(toneAmplitudes(aloud.part(0, aloud.longestUnbroken()), aloud.rate, {700.0}).front(), 0.3, 0.003)
-        << "what is not played cannot be captured";
-    expectHeard(bed, 700, 0, 0);
-    expectHeard(bed, 1499, 0.2, 0.2);
+    {
+        Recorder speakers(bed.session(), {"speakers:monitor_FL"});
+        bed.record(speakers, 9600);
+        const Recording aloud = bed.record(speakers, 24000);
+        const auto levels = toneAmplitudes(aloud.part(0, aloud.longestUnbroken()), aloud.rate, allTones);
+        EXPECT_NEAR(levels[2], 0.3, 0.003) << "what is not played cannot be captured";
+    }
+    expectHeard(bed, {{1499, 0.2, 0.2}});
 }
 
 } // namespace tolvenary::session

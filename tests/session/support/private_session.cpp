@@ -54,8 +54,9 @@ void PrivateSession::startSoundServers()
 void PrivateSession::awaitServers()
 {
     const bool up = waitForGraph([this](const SoundGraph &graph) {
-        if (m_configuration.speakers)
-            return graph.defaultNode("default.audio.sink") == "speakers" && graph.port("speakers:playback_FL");
+        if (!m_configuration.speakers.empty())
+            return graph.defaultNode("default.audio.sink") == "speakers" &&
+                   !graph.portsOf(graph.node("speakers")->id).empty();
         return std::any_of(graph.clients.begin(), graph.clients.end(), [](const GraphClient &client) {
             const auto name = client.properties.find("application.name");
             return name != client.properties.end() && name->second.starts_with("WirePlumber");

@@ -36,14 +36,16 @@ std::string clockSettings(const SessionConfiguration &configuration)
            "}\n";
 }
 
-constexpr const char *speakers = R"(context.objects = [
+std::string speakers(const std::string &channels)
+{
+    return R"(context.objects = [
   { factory = adapter
     args = {
       factory.name = support.null-audio-sink
       node.name = "speakers"
       node.description = "Speakers"
       media.class = Audio/Sink
-      audio.position = [ FL FR ]
+      audio.position = [ )" + channels + R"( ]
       priority.session = 2000
       priority.driver = 1009
       object.linger = true
@@ -51,6 +53,7 @@ constexpr const char *speakers = R"(context.objects = [
   }
 ]
 )";
+}
 
 constexpr const char *noHardware04 = "alsa_monitor.enabled = false\n"
                                      "v4l2_monitor.enabled = false\n"
@@ -90,8 +93,8 @@ void writeConfiguration(const SessionConfiguration &configuration, const fs::pat
 {
     const fs::path pipewire = directory / "pipewire/pipewire.conf.d";
     write(pipewire / "10-clock.conf", clockSettings(configuration));
-    if (configuration.speakers)
-        write(pipewire / "20-speakers.conf", speakers);
+    if (!configuration.speakers.empty())
+        write(pipewire / "20-speakers.conf", speakers(configuration.speakers));
     if (configuration.shippedDevice) {
         const fs::path shipped = fs::path(TOLVENARY_SOURCE_DIR) / "packaging/pipewire.conf.d/tolvenary-blackhole.conf";
         fs::copy_file(shipped, pipewire / shipped.filename());

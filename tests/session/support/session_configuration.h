@@ -21,7 +21,7 @@ struct SessionConfiguration {
     int quantum = 1024;
     bool pulse = false;         ///< with the server that pulse clients talk to
     bool shippedDevice = false; ///< with the "BlackHole 2ch" drop-in that the packages carry
-    bool speakers = true;       ///< with a default sink for applications to play into
+    std::string speakers = "FL FR"; ///< channels of the default sink for applications to play into; empty for none
     std::vector<AccessRule> accessRules = {};
 };
 

@@ -23,10 +23,12 @@ std::string portPath(std::string path, const char *direction, const std::string 
     return path.append(":").append(direction).append("_").append(channel);
 }
 
-bool isLinked(const SoundGraph &graph, const GraphPort *port)
+/// Whether a node is there that plays into something.
+bool plays(const SoundGraph &graph, const GraphNode *node)
 {
-    return port != nullptr && std::any_of(graph.links.begin(), graph.links.end(),
-                                          [&](const GraphLink &link) { return link.outputPort == port->id; });
+    return node != nullptr && std::any_of(graph.links.begin(), graph.links.end(), [&](const GraphLink &link) {
+               return link.outputNode == node->id;
+           });
 }
 
 } // namespace
@@ -42,8 +44,7 @@ std::unique_ptr<ChildProcess> playApplication(PrivateSession &session, const App
                          std::to_string(application.rate)};
     command.insert(command.end(), application.channels.begin(), application.channels.end());
     auto player = session.start(command);
-    const std::string port = applicationPort(application.nodeName, channelName(application.channels.front()));
-    if (!session.waitForGraph([&](const SoundGraph &graph) { return isLinked(graph, graph.port(port)); }))
+    if (!session.waitForGraph([&](const SoundGraph &graph) { return plays(graph, graph.node(application.nodeName)); }))
         throw std::runtime_error(application.nodeName + " does not play: " + player->output());
     return player;
 }
@@ -66,13 +67,11 @@ std::unique_ptr<ChildProcess> playPulseClient(PrivateSession &session, const std
     stream.close();
     auto client = session.start({"pacat", "--playback", "--raw", "--format=float32le", "--rate=48000", "--channels=2",
                                  "--client-name=pulse-client", file.string()});
-    const auto plays = [&](const SoundGraph &graph) {
+    const auto isPlaying = [&](const SoundGraph &graph) {
         const auto nodes = graph.nodesOfProcess(client->pid());
-        return std::any_of(nodes.begin(), nodes.end(), [&](const GraphNode &node) {
-            return isLinked(graph, graph.port(applicationPort(node.name, "FL")));
-        });
+        return std::any_of(nodes.begin(), nodes.end(), [&](const GraphNode &node) { return plays(graph, &node); });
     };
-    if (!session.waitForGraph(plays))
+    if (!session.waitForGraph(isPlaying))
         throw std::runtime_error("the pulse client does not play: " + client->output());
     return client;
 }
@@ -89,6 +88,18 @@ std::unique_ptr<ChildProcess> speakInto(PrivateSession &session, const std::stri
         link(session, applicationPort(name, side), portPath(microphone, "input", side));
     }
     return voice;
+}
+
+std::unique_ptr<ChildProcess> startDeadMicrophone(PrivateSession &session)
+{
+    auto microphone = session.start({TOLVENARY_PLAYER, "--withhold", "--name", "dead-microphone", "MONO=silence"});
+    const auto isDefault = [](const SoundGraph &graph) {
+        return graph.defaultNode("default.audio.source") == "dead-microphone" &&
+               graph.port("dead-microphone:capture_MONO") != nullptr;
+    };
+    if (!session.waitForGraph(isDefault))
+        throw std::runtime_error("the dead microphone does not become the default source: " + microphone->output());
+    return microphone;
 }
 
 std::string applicationPort(const std::string &nodeName, const std::string &channel)

@@ -25,9 +25,16 @@ std::uint32_t position(const std::string &channel)
 
 pw_properties *properties(const PlayerOptions &options)
 {
-    return pw_properties_new(PW_KEY_MEDIA_TYPE, "Audio", PW_KEY_MEDIA_CATEGORY, "Playback", PW_KEY_MEDIA_ROLE, "Music",
-                             PW_KEY_NODE_NAME, options.name.c_str(), PW_KEY_APP_NAME, options.application.c_str(),
-                             nullptr);
+    pw_properties *made = pw_properties_new(PW_KEY_MEDIA_TYPE, "Audio", PW_KEY_NODE_NAME, options.name.c_str(),
+                                            PW_KEY_APP_NAME, options.application.c_str(), nullptr);
+    if (options.withhold) {
+        pw_properties_set(made, PW_KEY_MEDIA_CLASS, "Audio/Source");
+        pw_properties_set(made, PW_KEY_PRIORITY_SESSION, "3000");
+    } else {
+        pw_properties_set(made, PW_KEY_MEDIA_CATEGORY, "Playback");
+        pw_properties_set(made, PW_KEY_MEDIA_ROLE, "Music");
+    }
+    return made;
 }
 
 } // namespace
@@ -49,8 +56,8 @@ StreamPlayer::StreamPlayer(pw_loop *loop, const PlayerOptions &options) : m_opti
     builder.data = memory.data();
     builder.size = memory.size();
     const spa_pod *params = spa_format_audio_raw_build(&builder, SPA_PARAM_EnumFormat, &format);
-    constexpr auto flags = static_cast<pw_stream_flags>(PW_STREAM_FLAG_AUTOCONNECT | PW_STREAM_FLAG_MAP_BUFFERS |
-                                                        PW_STREAM_FLAG_RT_PROCESS);
+    const auto flags = static_cast<pw_stream_flags>((options.withhold ? 0 : PW_STREAM_FLAG_AUTOCONNECT) |
+                                                    PW_STREAM_FLAG_MAP_BUFFERS | PW_STREAM_FLAG_RT_PROCESS);
     if (pw_stream_connect(m_stream, PW_DIRECTION_OUTPUT, PW_ID_ANY, flags, &params, 1) < 0)
         throw std::runtime_error("the player cannot connect");
 }
@@ -62,6 +69,8 @@ StreamPlayer::~StreamPlayer()
 
 void StreamPlayer::process()
 {
+    if (m_options.withhold)
+        return;
     pw_buffer *buffer = pw_stream_dequeue_buffer(m_stream);
     if (buffer == nullptr)
         return;

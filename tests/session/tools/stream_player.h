@@ -8,7 +8,8 @@ struct pw_stream;
 namespace tolvenary::session
 {
 
-/// Plays as applications do: a stream that the session manager links to the default sink.
+/// Plays as applications do: a stream that the session manager links to the default sink. Or shows up as a microphone
+/// and keeps quiet.
 class StreamPlayer
 {
   public:

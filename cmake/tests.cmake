@@ -1,5 +1,8 @@
 include(GoogleTest)
 
+# What the sanitizer presets need: every test program that runs without a server or a window.
+add_custom_target(unit_tests)
+
 # tolvenary_test(NAME LABEL unit|session|window SOURCES ... LINKS ... [TIMEOUT seconds]): one test program, each of its
 # tests known to CTest under the label.
 function(tolvenary_test name)
@@ -9,6 +12,9 @@ function(tolvenary_test name)
   endif()
   add_executable(${name} ${test_SOURCES})
   target_link_libraries(${name} PRIVATE ${test_LINKS} GTest::gmock GTest::gtest GTest::gtest_main tolvenary_rules)
+  if(test_LABEL STREQUAL "unit")
+    add_dependencies(unit_tests ${name})
+  endif()
   gtest_discover_tests(
     ${name}
     TEST_PREFIX "${name}."

@@ -4,6 +4,8 @@
 
 #include <QString>
 
+#include <cstdlib>
+
 namespace tolvenary
 {
 
@@ -29,8 +31,19 @@ std::optional<std::string> stringProperty(AudioObjectProperties &properties, Aud
     return text;
 }
 
+/// Signed, as the system counts. A sum beyond that can only come from a broken system, and ends the program.
+std::int32_t channelSum(const std::vector<AudioBuffer> &buffers)
+{
+    std::int32_t sum = 0;
+    for (const AudioBuffer &buffer : buffers) {
+        if (__builtin_add_overflow(sum, static_cast<std::int32_t>(buffer.mNumberChannels), &sum))
+            std::abort();
+    }
+    return sum;
+}
+
 /// 0 also when the device does not tell.
-std::int64_t outputChannels(AudioObjectProperties &properties, AudioObjectID device)
+std::int32_t outputChannels(AudioObjectProperties &properties, AudioObjectID device)
 {
     const AudioObjectPropertyAddress address{kAudioDevicePropertyStreamConfiguration, kAudioDevicePropertyScopeOutput,
                                              kAudioObjectPropertyElementMain};
@@ -40,10 +53,7 @@ std::int64_t outputChannels(AudioObjectProperties &properties, AudioObjectID dev
     std::vector<std::byte> bytes(size);
     if (properties.AudioObjectGetPropertyData(device, address, {}, size, bytes.data()) != noErr)
         return 0;
-    std::int64_t channels = 0;
-    for (const AudioBuffer &buffer : readStreamConfiguration(bytes))
-        channels += buffer.mNumberChannels;
-    return channels;
+    return channelSum(readStreamConfiguration(bytes));
 }
 
 } // namespace

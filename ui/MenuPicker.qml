@@ -4,12 +4,14 @@ import QtQuick
 import QtQuick.Templates as T
 import Tolvenary
 
-// A button that shows the chosen row and opens the list of rows. What is chosen is told by picked().
-T.Button {
+// A button that shows the chosen row and opens the list of rows. What is chosen is told by picked(). The combo box it is
+// made from lends its role and its focus; rows and list are our own, as that one forgets its place when rows change.
+T.ComboBox {
     id: picker
 
     required property string title
     required property PickerModel rows
+    readonly property bool opened: menu.opened
 
     signal picked(var tag)
 
@@ -19,26 +21,33 @@ T.Button {
     }
 
     implicitHeight: Math.max(Theme.pickerHeight, implicitContentHeight)
-    text: title
     focusPolicy: Qt.StrongFocus
-    onClicked: menu.open()
+    hoverEnabled: false
 
-    Accessible.role: Accessible.ComboBox
     Accessible.name: title
     Accessible.description: rows.selectedText
     Accessible.onPressAction: menu.open()
     Keys.onUpPressed: pick(rows.selectedRow - 1)
     Keys.onDownPressed: pick(rows.selectedRow + 1)
-    Keys.onPressed: event => {
-        event.accepted = typeAhead.isLetter(event.text);
+    Keys.onSpacePressed: event => {
+        event.accepted = !typeAhead.isLetter(" ");
         if (event.accepted)
-            picker.pick(typeAhead.rowFor(event.text, picker.rows.selectedRow));
+            menu.open();
+    }
+    Keys.onPressed: event => {
+        event.accepted = event.modifiers === Qt.NoModifier && typeAhead.isLetter(event.text);
+        if (event.accepted)
+            pick(typeAhead.rowFor(event.text, rows.selectedRow));
     }
 
     TypeAhead {
         id: typeAhead
 
         model: picker.rows
+    }
+
+    TapHandler {
+        onTapped: menu.open()
     }
 
     WheelHandler {
@@ -48,7 +57,7 @@ T.Button {
 
     background: GlassShape {
         radius: Theme.pickerRadius
-        fill: [Theme.white(picker.down ? 0.16 : 0.10)]
+        fill: [Theme.white(picker.pressed ? 0.16 : 0.10)]
         outline: [Theme.white(0.12)]
 
         FocusRing {

@@ -5,8 +5,6 @@ import Tolvenary
 
 // A text in its style's line box, drawn sharp and shown as it stands.
 Text {
-    id: text
-
     required property textStyle face
 
     font: face.font
@@ -17,4 +15,6 @@ Text {
     textFormat: Text.PlainText
     renderType: Text.NativeRendering
     horizontalAlignment: Text.AlignLeft
+    Accessible.role: Accessible.StaticText
+    Accessible.name: text
 }

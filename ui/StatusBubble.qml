@@ -49,7 +49,5 @@ Item {
         wrapMode: Text.Wrap
         maximumLineCount: 2
         elide: Text.ElideRight
-        Accessible.role: Accessible.StaticText
-        Accessible.name: bubble.text
     }
 }

@@ -93,6 +93,12 @@ TEST_F(BlackHoleLocatorTest, channelsMayLieInAnyBuffer)
     EXPECT_THAT(findAll(), ElementsAre(BlackHoleDevice{60, "BlackHole 2ch", "uid-60"}));
 }
 
+TEST_F(BlackHoleLocatorTest, aChannelSumBeyondASignedCountEndsTheProgram)
+{
+    add(60, "BlackHole").outputBuffers = std::vector<std::uint32_t>{0x7fffffff, 1};
+    EXPECT_DEATH(findAll(), "");
+}
+
 TEST_F(BlackHoleLocatorTest, aDeviceWhoseStreamConfigurationCannotBeReadIsNotListed)
 {
     add(60, "BlackHole 2ch").outputBuffers.reset();

@@ -38,7 +38,7 @@ CardSection {
             fill: [Theme.orange]
         }
 
-        MarkdownText {
+        MarkdownLabel {
             id: message
 
             objectName: "missingText"
@@ -47,10 +47,14 @@ CardSection {
             anchors.leftMargin: 10
             anchors.rightMargin: 28
             y: (parent.height - height) / 2
+            mirrored: card.LayoutMirroring.enabled
             face: Typography.body
+            codeFamily: Typography.monospacedFamily
             markdown: qsTr("BlackHole not detected. Install via `brew install blackhole-2ch`.")
             color: Theme.white(0.85)
             lines: 2
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
         }
 
         GlassButtonStyle {
@@ -116,15 +120,18 @@ CardSection {
         }
     }
 
-    MarkdownText {
+    MarkdownLabel {
         id: hint
 
         objectName: "hint"
         visible: card.found
         width: card.width - 2 * Theme.cardPadding
+        mirrored: card.LayoutMirroring.enabled
         face: Typography.caption
         markdown: qsTr("In Discord, set Input to **%1**.")
         argument: card.coordinator.selectedBlackHole ? card.coordinator.selectedBlackHole.name : "BlackHole"
         color: Theme.white(0.7)
+        Accessible.role: Accessible.StaticText
+        Accessible.name: text
     }
 }

@@ -18,7 +18,6 @@ T.Button {
     topPadding: 10
     bottomPadding: 10
     scale: spring.value
-    opacity: enabled ? 1 : 0.5
     focusPolicy: Qt.StrongFocus
 
     Accessible.onPressAction: control.clicked()
@@ -39,6 +38,7 @@ T.Button {
         shadowRadius: 10
         shadowOffset: 4
         mirrored: control.mirrored
+        opacity: control.enabled ? 1 : 0.5
 
         FocusRing {
             shown: control.visualFocus
@@ -50,5 +50,7 @@ T.Button {
         objectName: "label"
         text: control.text
         symbol: control.symbol
+        // A faded button shows the night through its label, not its own colours.
+        color: control.enabled ? Theme.white(1) : Qt.tint(Theme.dusk, Theme.white(0.5))
     }
 }

@@ -9,6 +9,7 @@ Item {
 
     required property string text
     required property string symbol
+    required property color color
 
     implicitWidth: Math.max(100, row.implicitWidth)
     implicitHeight: row.implicitHeight
@@ -25,14 +26,14 @@ Item {
             objectName: "symbol"
             y: (parent.height - height) / 2
             name: face.symbol
-            colors: [Theme.white(1)]
+            colors: [face.color]
         }
 
         PanelText {
             objectName: "text"
             face: Typography.mainButton
             text: face.text
-            color: Theme.white(1)
+            color: face.color
             Accessible.ignored: true
         }
     }

@@ -8,38 +8,36 @@ namespace tolvenary
 namespace
 {
 
-const QRegularExpression &strong()
+void append(std::vector<MarkdownSpan> &spans, MarkdownSpan::Look look, const QString &text, const QString &argument)
 {
-    static const QRegularExpression expression(QStringLiteral("\\*\\*(.+?)\\*\\*"));
-    return expression;
-}
-
-const QRegularExpression &code()
-{
-    static const QRegularExpression expression(QStringLiteral("`(.+?)`"));
-    return expression;
+    if (!text.isEmpty())
+        spans.push_back({look, QString(text).replace(QStringLiteral("%1"), argument)});
 }
 
 } // namespace
 
-InlineMarkdown::InlineMarkdown(QObject *parent) : QObject(parent) {}
-
-// The argument goes in last, so nothing in it is ever taken for a mark.
-QString InlineMarkdown::markup(const QString &text, const QString &argument, const QString &codeFamily)
+// The argument goes in when the marks are gone, so nothing in it is ever taken for one.
+std::vector<MarkdownSpan> parseInlineMarkdown(const QString &markdown, const QString &argument)
 {
-    QString result = text.toHtmlEscaped();
-    result.replace(strong(), QStringLiteral("<b>\\1</b>"));
-    result.replace(code(),
-                   QStringLiteral("<span style=\"font-family:'") + codeFamily + QStringLiteral("'\">\\1</span>"));
-    return result.replace(QStringLiteral("%1"), argument.toHtmlEscaped());
+    static const QRegularExpression marked(QStringLiteral("\\*\\*(.+?)\\*\\*|`(.+?)`"));
+    std::vector<MarkdownSpan> spans;
+    qsizetype done = 0;
+    for (const QRegularExpressionMatch &match : marked.globalMatch(markdown)) {
+        append(spans, MarkdownSpan::Look::plain, markdown.mid(done, match.capturedStart() - done), argument);
+        append(spans, MarkdownSpan::Look::strong, match.captured(1), argument);
+        append(spans, MarkdownSpan::Look::code, match.captured(2), argument);
+        done = match.capturedEnd();
+    }
+    append(spans, MarkdownSpan::Look::plain, markdown.mid(done), argument);
+    return spans;
 }
 
-QString InlineMarkdown::plain(const QString &text, const QString &argument)
+QString plainText(const std::vector<MarkdownSpan> &spans)
 {
-    QString result = text;
-    result.replace(strong(), QStringLiteral("\\1"));
-    result.replace(code(), QStringLiteral("\\1"));
-    return result.replace(QStringLiteral("%1"), argument);
+    QString text;
+    for (const MarkdownSpan &span : spans)
+        text += span.text;
+    return text;
 }
 
 } // namespace tolvenary

@@ -1,29 +1,27 @@
 #pragma once
 
-#include <QObject>
 #include <QString>
-#include <QtQml/qqmlregistration.h>
+
+#include <vector>
 
 namespace tolvenary
 {
 
-/// Renders the inline Markdown of the panel's own texts: **strong** and `code`. What is put in for %1 comes from
-/// outside and is shown as it stands, whatever marks it holds.
-class InlineMarkdown : public QObject
-{
-    Q_OBJECT
-    QML_ELEMENT
-    QML_SINGLETON
+/// A stretch of text in one look.
+struct MarkdownSpan {
+    enum class Look { plain, strong, code };
 
-  public:
-    explicit InlineMarkdown(QObject *parent = nullptr);
+    Look look = Look::plain;
+    QString text;
 
-    /// The text as markup for a Text item.
-    Q_INVOKABLE static QString markup(const QString &text, const QString &argument = {},
-                                      const QString &codeFamily = {});
-
-    /// The text as it is read aloud: without its marks.
-    Q_INVOKABLE static QString plain(const QString &text, const QString &argument = {});
+    friend bool operator==(const MarkdownSpan &, const MarkdownSpan &) = default;
 };
+
+/// Takes the inline Markdown of one of the panel's own texts apart: **strong** and `code`. What is put in for %1 comes
+/// from outside and is taken as it stands, whatever marks it holds.
+std::vector<MarkdownSpan> parseInlineMarkdown(const QString &markdown, const QString &argument = {});
+
+/// The text without its marks, as it is read aloud.
+QString plainText(const std::vector<MarkdownSpan> &spans);
 
 } // namespace tolvenary

@@ -8,7 +8,8 @@
 namespace tolvenary
 {
 
-TextStyle::TextStyle(const QFont &font, qreal lineHeight, qreal baseline) : m_font(font), m_lineHeight(lineHeight)
+TextStyle::TextStyle(const QFont &font, qreal lineHeight, qreal baseline)
+    : m_font(font), m_lineHeight(lineHeight), m_baseline(baseline)
 {
     const QFontMetricsF metrics(font);
     m_above = baseline - metrics.ascent();

@@ -25,6 +25,7 @@ class TextStyle
 
     QFont font() const { return m_font; }
     qreal lineHeight() const { return m_lineHeight; }
+    qreal baseline() const { return m_baseline; }
 
     /// The room to add above the font's own line, so that its baseline comes where the box wants it; often below zero.
     qreal above() const { return m_above; }
@@ -37,6 +38,7 @@ class TextStyle
   private:
     QFont m_font;
     qreal m_lineHeight = 0;
+    qreal m_baseline = 0;
     qreal m_above = 0;
     qreal m_below = 0;
 };

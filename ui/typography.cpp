@@ -1,6 +1,7 @@
 #include "ui/typography.h"
 
 #include <QEvent>
+#include <QFontDatabase>
 #include <QGuiApplication>
 
 #include <algorithm>

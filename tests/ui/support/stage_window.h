@@ -1,0 +1,39 @@
+#pragma once
+
+#include "tests/ui/support/panel_stage.h"
+#include "tests/ui/support/reference_states.h"
+
+#include <QQmlApplicationEngine>
+#include <QQuickItem>
+
+class QQuickWindow;
+
+namespace tolvenary::test
+{
+
+/// The real window of the panel, showing a stage. Its stars are the reference's and rest. A warning of the QML engine
+/// is kept for the test to look at.
+class StageWindow
+{
+  public:
+    StageWindow(PanelStage &stage, const QSize &size);
+
+    QQuickWindow &window() { return *m_window; }
+    const QStringList &warnings() const { return m_warnings; }
+
+    /// The first item of that name, looked for below `root` or in the whole window; null if there is none.
+    QQuickItem *item(const QString &name, QQuickItem *root = nullptr) const;
+
+    /// What the window shows, in pixels.
+    QImage picture();
+
+    void openApplicationPicker();
+
+  private:
+    PanelStage &m_stage;
+    QQmlApplicationEngine m_engine;
+    QQuickWindow *m_window = nullptr;
+    QStringList m_warnings;
+};
+
+} // namespace tolvenary::test

@@ -168,7 +168,7 @@ Result<std::string> ProcessAudioTap::cfStringProperty(AudioObjectID object, std:
 {
     std::string text;
     StringReference reference = &text;
-    std::uint32_t size = sizeof reference;
+    std::uint32_t size = sizeof(StringReference);
     const OSStatus status = m_properties.AudioObjectGetPropertyData(
         object, {selector, scope, kAudioObjectPropertyElementMain}, {}, size, &reference);
     if (status != noErr)

@@ -4,6 +4,8 @@
 
 #include <QPointer>
 
+#include <utility>
+
 namespace tolvenary
 {
 
@@ -45,27 +47,26 @@ void MixCoordinator::startMeterTimer(const QString &deviceName)
         });
 }
 
-/// The tick reads; a task of its own publishes, unless the run has ended before it comes to that: its line would be the
-/// last word, and wrong.
+/// The tick reads; a task of its own publishes. Teardown takes back what is not published yet: it would be the last
+/// word, and wrong.
 void MixCoordinator::meterTick(Timers::Duration started, const QString &deviceName)
 {
     const FrameCounts counts = m_counters->withLock([](const FrameCounts &current) { return current; });
-    QMetaObject::invokeMethod(
-        this,
-        [this, generation = m_generation, counts, started, deviceName] {
-            if (generation == m_generation)
-                publishMeter(counts, started, deviceName);
-        },
-        Qt::QueuedConnection);
+    m_meterReading = MeterReading{counts, started, deviceName};
+    QMetaObject::invokeMethod(this, &MixCoordinator::publishMeter, Qt::QueuedConnection);
 }
 
-void MixCoordinator::publishMeter(FrameCounts counts, Timers::Duration started, const QString &deviceName)
+void MixCoordinator::publishMeter()
 {
+    const auto reading = std::exchange(m_meterReading, std::nullopt);
+    if (!reading)
+        return;
+    const FrameCounts counts = reading->counts;
     publish(m_micFrames, counts.mic, &MixCoordinator::micFramesChanged);
     publish(m_appFrames, counts.app, &MixCoordinator::appFramesChanged);
     const bool bothHeard = counts.mic != 0 && counts.app != 0;
-    const bool silent = m_platform.timers().now() - started > silenceGrace && !bothHeard;
-    setStatus(silent ? silenceDiagnosis(counts) : runningLine(deviceName, counts));
+    const bool silent = m_platform.timers().now() - reading->started > silenceGrace && !bothHeard;
+    setStatus(silent ? silenceDiagnosis(counts) : runningLine(reading->deviceName, counts));
 }
 
 } // namespace tolvenary

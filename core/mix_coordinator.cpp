@@ -53,6 +53,7 @@ void MixCoordinator::teardown()
         m_meterTimer->invalidate();
         m_meterTimer.reset();
     }
+    m_meterReading.reset();
     if (m_processTap != nullptr) {
         m_processTap->stop();
         m_processTap.reset();

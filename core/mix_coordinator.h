@@ -108,6 +108,13 @@ class MixCoordinator : public QObject
     };
     class StartAttempt;
 
+    /// What a tick of the meter found, until it is published.
+    struct MeterReading {
+        FrameCounts counts;
+        Timers::Duration started;
+        QString deviceName;
+    };
+
     template <typename T> void publish(T &field, T value, void (MixCoordinator::*changed)());
 
     std::optional<StartRequest> startRequest();
@@ -127,7 +134,7 @@ class MixCoordinator : public QObject
     void buildMixGraph();
     void startMeterTimer(const QString &deviceName);
     void meterTick(Timers::Duration started, const QString &deviceName);
-    void publishMeter(FrameCounts counts, Timers::Duration started, const QString &deviceName);
+    void publishMeter();
 
     Platform &m_platform;
 
@@ -158,6 +165,7 @@ class MixCoordinator : public QObject
     AVAudioEngine m_outputEngine;
     AVAudioEngine m_captureEngine;
     std::unique_ptr<ProcessAudioTap> m_processTap;
+    std::optional<MeterReading> m_meterReading;
     std::unique_ptr<Timer> m_meterTimer;
 };
 

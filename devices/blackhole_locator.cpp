@@ -23,7 +23,7 @@ std::optional<std::string> stringProperty(AudioObjectProperties &properties, Aud
 {
     std::string text;
     StringReference reference = &text;
-    std::uint32_t size = sizeof reference;
+    std::uint32_t size = sizeof(StringReference);
     const AudioObjectPropertyAddress address{selector, kAudioObjectPropertyScopeGlobal,
                                              kAudioObjectPropertyElementMain};
     if (properties.AudioObjectGetPropertyData(device, address, {}, size, &reference) != noErr)

@@ -4,6 +4,7 @@
 #include "platform/desktop/session_bus.h"
 
 #include <QCoreApplication>
+#include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusObjectPath>
 #include <QDBusPendingReply>

@@ -1,5 +1,6 @@
 #include "platform/desktop/lockdown_portal.h"
 
+#include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingReply>
 #include <QDBusVariant>

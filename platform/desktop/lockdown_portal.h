@@ -1,9 +1,10 @@
 #pragma once
 
-#include <QDBusConnection>
 #include <QString>
 #include <chrono>
 #include <qcoro/qcorotask.h>
+
+class QDBusConnection;
 
 namespace tolvenary
 {

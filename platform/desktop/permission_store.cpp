@@ -2,6 +2,7 @@
 
 #include "platform/desktop/application_id.h"
 
+#include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingReply>
 #include <qcoro/qcorodbuspendingreply.h>
@@ -33,12 +34,17 @@ QString entry()
 
 } // namespace
 
-PermissionStore::PermissionStore(QDBusConnection connection) : m_connection(std::move(connection)) {}
+PermissionStore::PermissionStore(const QDBusConnection &connection)
+    : m_connection(std::make_unique<QDBusConnection>(connection))
+{
+}
+
+PermissionStore::~PermissionStore() = default;
 
 QCoro::Task<QStringList> PermissionStore::microphonePermission(std::chrono::milliseconds limit) const
 {
     const auto call = storeCall(QStringLiteral("GetPermission"), {table(), entry(), applicationID()});
-    const QDBusPendingReply<QStringList> reply = m_connection.asyncCall(call, static_cast<int>(limit.count()));
+    const QDBusPendingReply<QStringList> reply = m_connection->asyncCall(call, static_cast<int>(limit.count()));
     co_await reply;
     co_return reply.isError() ? QStringList() : reply.value();
 }
@@ -47,7 +53,7 @@ QCoro::Task<> PermissionStore::setMicrophonePermission(QString permission, std::
 {
     const auto call =
         storeCall(QStringLiteral("SetPermission"), {table(), true, entry(), applicationID(), QStringList(permission)});
-    const QDBusPendingReply<> reply = m_connection.asyncCall(call, static_cast<int>(limit.count()));
+    const QDBusPendingReply<> reply = m_connection->asyncCall(call, static_cast<int>(limit.count()));
     co_await reply;
 }
 

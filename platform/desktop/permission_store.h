@@ -1,9 +1,11 @@
 #pragma once
 
-#include <QDBusConnection>
 #include <QStringList>
 #include <chrono>
+#include <memory>
 #include <qcoro/qcorotask.h>
+
+class QDBusConnection;
 
 namespace tolvenary
 {
@@ -13,7 +15,10 @@ namespace tolvenary
 class PermissionStore
 {
   public:
-    explicit PermissionStore(QDBusConnection connection);
+    explicit PermissionStore(const QDBusConnection &connection);
+    ~PermissionStore();
+    PermissionStore(const PermissionStore &) = delete;
+    PermissionStore &operator=(const PermissionStore &) = delete;
 
     /// Empty when the store says nothing of us, when there is no store, and when it does not answer within `limit`.
     QCoro::Task<QStringList> microphonePermission(std::chrono::milliseconds limit) const;
@@ -22,7 +27,7 @@ class PermissionStore
     QCoro::Task<> setMicrophonePermission(QString permission, std::chrono::milliseconds limit) const;
 
   private:
-    QDBusConnection m_connection;
+    std::unique_ptr<QDBusConnection> m_connection;
 };
 
 } // namespace tolvenary

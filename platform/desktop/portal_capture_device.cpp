@@ -7,6 +7,7 @@
 #include "platform/desktop/portal_backends.h"
 #include "platform/desktop/session_bus.h"
 
+#include <QDBusConnection>
 #include <QDeadlineTimer>
 
 namespace tolvenary

@@ -1,5 +1,6 @@
 #include "platform/desktop/session_bus.h"
 
+#include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingReply>
 #include <QFileInfo>
@@ -30,7 +31,7 @@ QString sessionBusAddress()
 
 SessionBus::SessionBus(const QString &address)
     : m_name(QStringLiteral("tolvenary-") + QUuid::createUuid().toString(QUuid::WithoutBraces)),
-      m_connection(connectTo(address, m_name))
+      m_connection(std::make_unique<QDBusConnection>(connectTo(address, m_name)))
 {
 }
 
@@ -41,12 +42,12 @@ SessionBus::~SessionBus()
 
 QCoro::Task<bool> SessionBus::greet(std::chrono::milliseconds limit)
 {
-    if (!m_connection.isConnected())
+    if (!m_connection->isConnected())
         co_return false;
     const auto hello =
         QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
                                        QStringLiteral("org.freedesktop.DBus"), QStringLiteral("Hello"));
-    const QDBusPendingReply<QString> reply = m_connection.asyncCall(hello, static_cast<int>(limit.count()));
+    const QDBusPendingReply<QString> reply = m_connection->asyncCall(hello, static_cast<int>(limit.count()));
     co_await reply;
     m_uniqueName = reply.isError() ? QString() : reply.value();
     co_return !m_uniqueName.isEmpty();

@@ -1,10 +1,12 @@
 #pragma once
 
-#include <QDBusConnection>
 #include <QString>
 #include <chrono>
+#include <memory>
 #include <optional>
 #include <qcoro/qcorotask.h>
+
+class QDBusConnection;
 
 namespace tolvenary
 {
@@ -28,14 +30,14 @@ class SessionBus
     /// To be awaited before any call. False when there is no bus, or none that greets us within `limit`.
     QCoro::Task<bool> greet(std::chrono::milliseconds limit);
 
-    const QDBusConnection &connection() const { return m_connection; }
+    const QDBusConnection &connection() const { return *m_connection; }
 
     /// Our name on the bus, after the greeting.
     const QString &uniqueName() const { return m_uniqueName; }
 
   private:
     QString m_name;
-    QDBusConnection m_connection;
+    std::unique_ptr<QDBusConnection> m_connection;
     QString m_uniqueName;
 };
 

@@ -82,6 +82,12 @@ void GraphSession::setRole(FilterNode &node, NodeRole role)
 
 void GraphSession::remove(FilterNode &node)
 {
+    setRole(node, LeavingRole{});
+    // What the server has sent about the node's links carries descriptors, and the library loses them when it finds the
+    // node gone: let it all arrive first.
+    const auto hasArrived = std::make_shared<bool>(false);
+    m_connection.roundTrip([hasArrived](bool) { *hasArrived = true; });
+    m_connection.waitUntil([&] { return *hasArrived; });
     m_nodes.erase(&node);
     node.release();
     nodesChanged();
@@ -103,7 +109,7 @@ void GraphSession::tick()
             progress.output += node->cycles();
         else if (std::holds_alternative<TapRole>(role))
             progress.tap += node->cycles();
-        else
+        else if (std::holds_alternative<InputRole>(role))
             progress.microphone += node->cycles();
     }
     std::set<GlobalId> streams;
@@ -127,7 +133,7 @@ LinkWishes GraphSession::wishes() const
             wishes.outputs.push_back({*id, output->deviceName});
         else if (const auto *tap = std::get_if<TapRole>(&role))
             wishes.taps.push_back({*id, tap->excludedProcesses, verdict.heldStreams, verdict.isTapInOrder});
-        else
+        else if (std::holds_alternative<InputRole>(role))
             wishes.inputs.push_back({*id, verdict.isMicrophoneInOrder});
     }
     return wishes;

@@ -25,7 +25,10 @@ struct InputRole {
 struct TapRole {
     std::set<std::int32_t> excludedProcesses;
 };
-using NodeRole = std::variant<OutputRole, InputRole, TapRole>;
+/// On its way out: to be linked with nothing any more.
+struct LeavingRole {
+};
+using NodeRole = std::variant<OutputRole, InputRole, TapRole, LeavingRole>;
 
 /// Our part of the server's graph: the nodes that we want to be there and their links. Says what shall be; whenever
 /// something changes, on our side or the server's, it makes it so, also after the server has been restarted.
@@ -50,6 +53,7 @@ class GraphSession final : private Connection::Observer
     /// The node must be removed before it is destroyed.
     void add(FilterNode &node, NodeRole role);
     void setRole(FilterNode &node, NodeRole role);
+    /// Takes the node out of the graph; waits for the server if it is one that answers.
     void remove(FilterNode &node);
 
     /// Waits until the node and all its ports are in the graph.

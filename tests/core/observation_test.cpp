@@ -7,7 +7,6 @@
 using namespace tolvenary;
 using namespace tolvenary::test;
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 namespace
 {

@@ -43,7 +43,7 @@ TEST(ApplicationMatcher, anEntryWithFewerMissingOptionsWins)
 TEST(ApplicationMatcher, anEntrysOperandsMustAllBeThere)
 {
     EXPECT_EQ(matched({1, 0, "/usr/bin/python3", {"python3", "/opt/tool/main.py"}, ""}), "tool");
-    EXPECT_EQ(matched({1, 0, "/usr/bin/python3", {"python3", "/home/me/main.py"}, ""}), "none");
+    EXPECT_EQ(matched({1, 0, "/usr/bin/python3", {"python3", "/srv/main.py"}, ""}), "none");
 }
 
 TEST(ApplicationMatcher, amongEqualEntriesTheFirstIdWins)

@@ -103,7 +103,7 @@ TEST(ApplicationRecords, theInterpreterAloneMakesNoFamily)
 {
     const std::vector<DesktopEntry> tool = {{"tool", "Tool", {{"python3"}, {"/opt/tool.py"}, {}}}};
     const std::vector<Process> processes = {{10, 1, "/usr/bin/python3", {"python3", "/opt/tool.py"}, ""},
-                                            {11, 10, "/usr/bin/python3", {"python3", "/home/me/song.py"}, ""}};
+                                            {11, 10, "/usr/bin/python3", {"python3", "/srv/song.py"}, ""}};
     const std::vector<AudioClient> clients = {{11, "song", ""}};
     EXPECT_EQ(applicationRecords(processes, tool, clients), (Records{{"Tool", 10, "tool"}, {"song", 11, "song.py"}}));
 }

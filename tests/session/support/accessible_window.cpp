@@ -9,6 +9,7 @@
 #include <QDBusObjectPath>
 #include <QDBusReply>
 #include <QDBusVariant>
+#include <algorithm>
 #include <stdexcept>
 
 namespace tolvenary::session
@@ -44,6 +45,24 @@ std::vector<Reference> references(const QVariant &value)
     }
     list.endArray();
     return found;
+}
+
+std::vector<QString> actionNames(const QVariant &value)
+{
+    std::vector<QString> names;
+    const auto list = value.value<QDBusArgument>();
+    list.beginArray();
+    while (!list.atEnd()) {
+        QString name;
+        QString description;
+        QString keys;
+        list.beginStructure();
+        list >> name >> description >> keys;
+        list.endStructure();
+        names.push_back(name);
+    }
+    list.endArray();
+    return names;
 }
 
 QString accessibilityBusAddress()
@@ -155,7 +174,13 @@ AccessibleElement AccessibleWindow::await(const std::string &name, const std::st
 
 void AccessibleWindow::act(const AccessibleElement &element) const
 {
-    m_bus->call(m_bus->application, QString::fromStdString(element.path), "org.a11y.atspi.Action", "DoAction", {0});
+    const QString interface = QStringLiteral("org.a11y.atspi.Action");
+    const QString path = QString::fromStdString(element.path);
+    const QVariant list = m_bus->first(m_bus->call(m_bus->application, path, interface, "GetActions"));
+    const std::vector<QString> actions = list.isValid() ? actionNames(list) : std::vector<QString>();
+    const auto press = std::find(actions.begin(), actions.end(), QStringLiteral("Press"));
+    const int index = press != actions.end() ? static_cast<int>(press - actions.begin()) : 0;
+    m_bus->call(m_bus->application, path, interface, "DoAction", {index});
 }
 
 void AccessibleWindow::setValue(const AccessibleElement &element, double value) const

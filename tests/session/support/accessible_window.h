@@ -45,8 +45,8 @@ class AccessibleWindow
     /// Waits for the element, and throws std::runtime_error when it does not come.
     AccessibleElement await(const std::string &name, const std::string &role = {}) const;
 
-    /// Carries out the element's first action. What that did must be looked for elsewhere: a true answer proves
-    /// nothing.
+    /// Presses the element; where that is none of its actions, carries out the first. What that did must be looked for
+    /// elsewhere: a true answer proves nothing.
     void act(const AccessibleElement &element) const;
     void setValue(const AccessibleElement &element, double value) const;
     double value(const AccessibleElement &element) const;

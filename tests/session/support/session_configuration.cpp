@@ -45,7 +45,8 @@ std::string speakers(const std::string &channels)
       node.name = "speakers"
       node.description = "Speakers"
       media.class = Audio/Sink
-      audio.position = [ )" + channels + R"( ]
+      audio.position = [ )" +
+           channels + R"( ]
       priority.session = 2000
       priority.driver = 1009
       object.linger = true

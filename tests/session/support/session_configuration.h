@@ -19,8 +19,8 @@ struct AccessRule {
 struct SessionConfiguration {
     int rate = 48000;
     int quantum = 1024;
-    bool pulse = false;         ///< with the server that pulse clients talk to
-    bool shippedDevice = false; ///< with the "BlackHole 2ch" drop-in that the packages carry
+    bool pulse = false;             ///< with the server that pulse clients talk to
+    bool shippedDevice = false;     ///< with the "BlackHole 2ch" drop-in that the packages carry
     std::string speakers = "FL FR"; ///< channels of the default sink for applications to play into; empty for none
     std::vector<AccessRule> accessRules = {};
 };

@@ -26,9 +26,8 @@ std::string portPath(std::string path, const char *direction, const std::string 
 /// Whether a node is there that plays into something.
 bool plays(const SoundGraph &graph, const GraphNode *node)
 {
-    return node != nullptr && std::any_of(graph.links.begin(), graph.links.end(), [&](const GraphLink &link) {
-               return link.outputNode == node->id;
-           });
+    return node != nullptr && std::any_of(graph.links.begin(), graph.links.end(),
+                                          [&](const GraphLink &link) { return link.outputNode == node->id; });
 }
 
 } // namespace

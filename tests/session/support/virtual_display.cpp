@@ -44,8 +44,8 @@ VirtualDisplay::VirtualDisplay(PrivateSession &session, int width, int height)
     std::filesystem::create_directory(m_frameBuffer);
     const std::string screen = std::to_string(width) + "x" + std::to_string(height) + "x24";
     // The server looks for a free number by itself and writes it to the descriptor given: its standard output.
-    m_server = session.start(
-        {"Xvfb", "-displayfd", "1", "-screen", "0", screen, "-fbdir", m_frameBuffer.string(), "-nolisten", "tcp"});
+    m_server = session.start({"Xvfb", "-displayfd", "1", "-screen", "0", screen, "-fbdir", m_frameBuffer.string(),
+                              "-nocursor", "-nolisten", "tcp"});
     std::string number;
     const auto numberThere = [&] {
         const std::string output = m_server->output();

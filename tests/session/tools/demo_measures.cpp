@@ -15,7 +15,7 @@ namespace
 {
 
 constexpr std::size_t correlated = 48000;
-constexpr long mostDelay = 4096;
+constexpr long mostDelay = 2500; ///< more than two cycles
 
 std::uint64_t countAfter(const std::string &line, const std::string &label)
 {
@@ -41,6 +41,29 @@ Samples delayed(const Samples &source, long delay)
     return result;
 }
 
+Samples without(const Samples &mix, const Samples &source, double gain)
+{
+    Samples rest(mix.size());
+    for (std::size_t i = 0; i < mix.size(); ++i)
+        rest[i] = mix[i] - static_cast<float>(gain) * source[i];
+    return rest;
+}
+
+/// The delays of two sources in one mix. Each blurs the other's correlation, so each is looked for once more in what
+/// is left when the other is taken out.
+std::pair<long, long> delaysOf(const Samples &mix, const Samples &voice, const Samples &music)
+{
+    long voiceDelay = delayOf(mix, voice);
+    long musicDelay = delayOf(mix, music);
+    for (int round = 0; round < 2; ++round) {
+        const std::vector<Samples> sources = {delayed(voice, voiceDelay), delayed(music, musicDelay)};
+        const SourceFit fit = fitSources(mix, sources);
+        voiceDelay = delayOf(without(mix, sources[1], fit.gains[1]), voice);
+        musicDelay = delayOf(without(mix, sources[0], fit.gains[0]), music);
+    }
+    return {voiceDelay, musicDelay};
+}
+
 void measureSide(const Recording &recording, Stretch stretch, const DemoGains &gains, bool isLeft,
                  DemoMeasures &measures)
 {
@@ -48,8 +71,7 @@ void measureSide(const Recording &recording, Stretch stretch, const DemoGains &g
     const Samples voice = recording.part(demoVoice, stretch);
     const Samples music = recording.part(isLeft ? demoMusicLeft : demoMusicRight, stretch);
     const Samples mix = recording.part(isLeft ? demoDeviceLeft : demoDeviceRight, stretch);
-    const long voiceDelay = delayOf(mix, voice);
-    const long musicDelay = delayOf(mix, music);
+    const auto [voiceDelay, musicDelay] = delaysOf(mix, voice, music);
     const SourceFit fit = fitSources(mix, {delayed(voice, voiceDelay), delayed(music, musicDelay)});
     measures.sources.push_back(
         {"microphone" + side, gains.microphone, decibels(fit.gains[0] / gains.microphone), voiceDelay});

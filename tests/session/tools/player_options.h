@@ -14,7 +14,7 @@ struct PlayerOptions {
     std::string name = "player";
     std::string application = "Player";
     int rate = 48000;
-    bool feed = false; ///< play into whatever is linked by hand, instead of into the default sink
+    bool feed = false;     ///< play into whatever is linked by hand, instead of into the default sink
     bool withhold = false; ///< be a microphone that never delivers anything
     std::vector<std::string> channels;
     std::vector<std::unique_ptr<SignalSource>> sounds;

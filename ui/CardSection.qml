@@ -30,6 +30,7 @@ Item {
 
         Row {
             objectName: "heading"
+            width: card.width - 2 * Theme.cardPadding
             spacing: 8
 
             Symbol {

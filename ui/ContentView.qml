@@ -43,6 +43,7 @@ Item {
 
             PanelText {
                 objectName: "title"
+                width: parent.width
                 face: Typography.title
                 text: qsTr("Tolvenary")
                 color: Theme.white(1)
@@ -51,6 +52,7 @@ Item {
 
             PanelText {
                 objectName: "subtitle"
+                width: parent.width
                 face: Typography.callout
                 text: qsTr("mic + system audio → BlackHole 2ch")
                 color: Theme.white(0.6)

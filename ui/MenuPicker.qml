@@ -12,6 +12,7 @@ T.ComboBox {
     required property string title
     required property PickerModel rows
     readonly property bool opened: menu.opened
+    readonly property alias menu: menu
 
     signal picked(var tag)
 

@@ -1,0 +1,48 @@
+import QtQuick
+import QtTest
+import Tolvenary
+import TolvenaryTest
+
+// A test case with the whole panel on a stage of its own, anew for every test function. A warning fails the test.
+TestCase {
+    id: testCase
+
+    property Stage stage
+    property ContentView panel
+    property int panelWidth: 520
+    property int panelHeight: 541
+
+    property Component stages: Component {
+        Stage {}
+    }
+
+    property Component panels: Component {
+        ContentView {
+            width: testCase.panelWidth
+            height: testCase.panelHeight
+        }
+    }
+
+    function item(name: string, root: var): Item {
+        const found = findChild(root ?? panel, name);
+        verify(found, "no " + name);
+        return found;
+    }
+
+    function init() {
+        failOnWarning(/.?/);
+        stage = stages.createObject(testCase.parent);
+        panel = panels.createObject(testCase.parent, {coordinator: stage.coordinator, actions: stage.actions});
+        waitForRendering(panel);
+    }
+
+    function cleanup() {
+        panel.destroy();
+        stage.destroy();
+        wait(0);
+    }
+
+    when: windowShown
+    width: panelWidth
+    height: panelHeight
+}

@@ -1,0 +1,156 @@
+import QtQuick
+import QtTest
+import Tolvenary
+
+Item {
+    width: 520
+    height: 541
+
+    PanelCase {
+        name: "ApplicationPicker"
+
+        readonly property list<string> many: Array.from({length: 60}, (_, i) => "App " + String(i).padStart(2, "0"))
+
+        function shownText(): string {
+            return item("text", item("appPicker")).text;
+        }
+
+        function open(): Item {
+            mouseClick(item("appPicker"));
+            tryVerify(() => item("appPicker").opened);
+            return item("appPicker").menu.list;
+        }
+
+        function rowOf(list: Item, row: int): Item {
+            tryVerify(() => list.itemAtIndex(row) !== null);
+            return list.itemAtIndex(row);
+        }
+
+        function test_withoutApplicationsThereIsOnlyThePlaceholder() {
+            compare(shownText(), "— pick an app —");
+            compare(open().count, 1);
+        }
+
+        function test_aNameIsShownVerbatim() {
+            stage.runApplications(["**x** <b>y</b>"]);
+            stage.pick("**x** <b>y</b>");
+            compare(shownText(), "**x** <b>y</b>");
+            compare(item("text", item("appPicker")).textFormat, Text.PlainText);
+        }
+
+        function test_aClickOnARowPicksIt() {
+            stage.runApplications(["Discord", "Firefox"]);
+            const list = open();
+            mouseClick(rowOf(list, 2));
+            compare(stage.coordinator.selectedAppID, 2);
+            compare(shownText(), "Firefox");
+            tryVerify(() => !item("appPicker").opened);
+        }
+
+        function test_thePlaceholderTakesThePickBack() {
+            stage.runApplications(["Discord"]);
+            stage.pick("Discord");
+            const list = open();
+            mouseClick(rowOf(list, 0));
+            compare(stage.coordinator.selectedAppID, undefined);
+            compare(shownText(), "— pick an app —");
+        }
+
+        function test_arrowsAndReturnPickWithoutStartingTheMix() {
+            stage.plugIn(["BlackHole 2ch"]);
+            stage.runApplications(["Discord", "Firefox"]);
+            open();
+            keyClick(Qt.Key_Down);
+            keyClick(Qt.Key_Down);
+            keyClick(Qt.Key_Return);
+            wait(0);
+            compare(stage.coordinator.selectedAppID, 2);
+            verify(!stage.coordinator.isRunning);
+            compare(stage.coordinator.status, "Idle");
+        }
+
+        function test_escapeClosesAndPicksNothing() {
+            stage.runApplications(["Discord", "Firefox"]);
+            open();
+            keyClick(Qt.Key_Down);
+            keyClick(Qt.Key_Escape);
+            tryVerify(() => !item("appPicker").opened);
+            compare(stage.coordinator.selectedAppID, undefined);
+        }
+
+        function test_typingLeadsToTheRowThatBeginsSo() {
+            stage.runApplications(["Discord", "Spotify", "Steam"]);
+            const list = open();
+            keyClick("s");
+            keyClick("t");
+            compare(list.currentIndex, 3);
+        }
+
+        function test_typingOnTheClosedPickerPicks() {
+            stage.runApplications(["Discord", "Spotify"]);
+            item("appPicker").forceActiveFocus(Qt.TabFocusReason);
+            keyClick("s");
+            compare(shownText(), "Spotify");
+        }
+
+        function test_spaceOpensTheFocusedPicker() {
+            item("appPicker").forceActiveFocus(Qt.TabFocusReason);
+            keyClick(Qt.Key_Space);
+            tryVerify(() => item("appPicker").opened);
+        }
+
+        function test_arrowsAndWheelOnTheClosedPickerGoARowOn() {
+            stage.runApplications(["Discord", "Firefox"]);
+            item("appPicker").forceActiveFocus(Qt.TabFocusReason);
+            keyClick(Qt.Key_Down);
+            compare(shownText(), "Discord");
+            mouseWheel(item("appPicker"), 20, 10, 0, -120);
+            compare(shownText(), "Firefox");
+            mouseWheel(item("appPicker"), 20, 10, 0, -120);
+            compare(shownText(), "Firefox");
+            keyClick(Qt.Key_Up);
+            keyClick(Qt.Key_Up);
+            keyClick(Qt.Key_Up);
+            compare(shownText(), "— pick an app —");
+        }
+
+        function test_aLongListStaysInTheWindowAndScrolls() {
+            stage.runApplications(many);
+            const list = open();
+            const top = list.mapToItem(panel, 0, 0).y;
+            verify(top >= 0);
+            verify(top + list.height <= panel.height);
+            compare(list.contentY, 0);
+            keyClick(Qt.Key_End);
+            tryVerify(() => list.contentY > 0);
+            compare(list.currentIndex, many.length);
+            keyClick(Qt.Key_Return);
+            compare(shownText(), "App 59");
+            const again = open();
+            tryVerify(() => again.contentY > 0);
+            compare(again.currentItem.text, "App 59");
+        }
+
+        function test_anOpenListKeepsItsPlaceWhileApplicationsComeAndGo() {
+            stage.runApplications(many);
+            const list = open();
+            list.currentIndex = 40;
+            tryVerify(() => list.contentY > 0);
+            const shown = list.currentItem.text;
+            const place = () => Math.round(list.currentItem.mapToItem(panel, 0, 0).y);
+            const before = place();
+            stage.runApplications(many.concat(["Zoo"]));
+            compare(list.currentItem.text, shown);
+            compare(place(), before);
+            verify(item("appPicker").opened);
+        }
+
+        function test_anApplicationThatHasGoneLeavesAnEmptyButton() {
+            stage.runApplications(["Discord", "Firefox"]);
+            stage.pick("Firefox");
+            stage.runApplications(["Discord"]);
+            compare(shownText(), "");
+            compare(stage.coordinator.selectedAppID, 2);
+        }
+    }
+}

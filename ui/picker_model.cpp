@@ -24,7 +24,7 @@ int PickerModel::rowCount(const QModelIndex &parent) const
 
 QVariant PickerModel::data(const QModelIndex &index, int role) const
 {
-    if (!checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid))
+    if (index.row() < 0 || index.row() >= count())
         return {};
     if (role == TextRole)
         return m_rows[static_cast<std::size_t>(index.row())].text;

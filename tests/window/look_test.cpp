@@ -1,0 +1,163 @@
+#include "tests/ui/support/stage_window.h"
+#include "tests/window/expected_look.h"
+
+#include <QDir>
+#include <QImage>
+#include <QPainter>
+#include <QQuickWindow>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+
+namespace tolvenary::test
+{
+
+namespace
+{
+
+/// One state of the panel, in a window of its own.
+class Look : public testing::TestWithParam<ReferenceState>
+{
+  protected:
+    Look()
+    {
+        enter(GetParam(), m_stage);
+        m_shown = std::make_unique<StageWindow>(m_stage, GetParam().size);
+        if (GetParam().name == "picker-open")
+            m_shown->openApplicationPicker();
+    }
+
+    QQuickItem *at(const QStringList &path) const
+    {
+        QQuickItem *item = nullptr;
+        for (const QString &name : path)
+            if (item = m_shown->item(name, item); !item)
+                return nullptr;
+        return item;
+    }
+
+    qreal scale() const { return m_shown->window().effectiveDevicePixelRatio(); }
+
+    PanelStage m_stage;
+    std::unique_ptr<StageWindow> m_shown;
+};
+
+QRectF boxOf(const QQuickItem &item)
+{
+    QRectF box = item.mapRectToScene(item.boundingRect());
+    // A text's item may be wider than its words.
+    if (const QVariant words = item.property("contentWidth"); words.isValid())
+        box.setWidth(words.toReal());
+    if (item.objectName() == "hint")
+        box.setWidth(item.implicitWidth());
+    return box;
+}
+
+/// The mean colour of one point of the window.
+QColor colorAt(const QImage &picture, const QPoint &point, int scale)
+{
+    int red = 0;
+    int green = 0;
+    int blue = 0;
+    for (int i = 0; i < scale * scale; ++i) {
+        const QColor pixel = picture.pixelColor(point * scale + QPoint(i % scale, i / scale));
+        red += pixel.red();
+        green += pixel.green();
+        blue += pixel.blue();
+    }
+    const int count = scale * scale;
+    return {red / count, green / count, blue / count};
+}
+
+void saveForPeople(const QImage &picture, const QString &name)
+{
+    QDir().mkpath(TOLVENARY_PICTURES);
+    picture.save(QStringLiteral(TOLVENARY_PICTURES "/") + name + ".png");
+}
+
+/// Bright where the two differ.
+QImage difference(const QImage &one, const QImage &other)
+{
+    QImage result = one;
+    QPainter painter(&result);
+    painter.setCompositionMode(QPainter::CompositionMode_Difference);
+    painter.drawImage(0, 0, other);
+    return result;
+}
+
+/// The largest difference between the mean brightnesses of the two in any square of eight points: small where a letter
+/// stands a part of a pixel further on, or has the heavier stems that Qt gives it, large where something is missing.
+int worstSquare(const QImage &one, const QImage &other)
+{
+    const QSize squares = one.size() / 8;
+    const QImage small = one.scaled(squares, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    const QImage otherSmall = other.scaled(squares, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    int worst = 0;
+    for (int y = 0; y < squares.height(); ++y)
+        for (int x = 0; x < squares.width(); ++x)
+            worst = std::max(worst, std::abs(qGray(small.pixel(x, y)) - qGray(otherSmall.pixel(x, y))));
+    return worst;
+}
+
+} // namespace
+
+void PrintTo(const ReferenceState &state, std::ostream *out)
+{
+    *out << state.name.toStdString();
+}
+
+TEST_P(Look, everyBoxLiesWithinAPointOfItsPlace)
+{
+    for (const auto &[path, expected] : expectedBoxes(GetParam().name)) {
+        const QQuickItem *item = at(path);
+        ASSERT_NE(item, nullptr) << path.join('/').toStdString();
+        const QRectF box = boxOf(*item);
+        const std::string name = path.join('/').toStdString();
+        EXPECT_NEAR(box.x(), expected.x(), 1) << name;
+        EXPECT_NEAR(box.y(), expected.y(), 1) << name;
+        EXPECT_NEAR(box.width(), expected.width(), 1) << name;
+        EXPECT_NEAR(box.height(), expected.height(), 1) << name;
+    }
+}
+
+TEST_P(Look, coloursAreTheWrittenOnes)
+{
+    constexpr int tolerance = 6;
+    const QImage picture = m_shown->picture();
+    ASSERT_EQ(picture.size(), GetParam().size * scale());
+    for (const auto &[point, expected] : expectedColors(GetParam().name)) {
+        const QColor color = colorAt(picture, point, static_cast<int>(scale()));
+        const std::string where = std::to_string(point.x()) + ", " + std::to_string(point.y());
+        EXPECT_NEAR(color.red(), expected.red(), tolerance) << where;
+        EXPECT_NEAR(color.green(), expected.green(), tolerance) << where;
+        EXPECT_NEAR(color.blue(), expected.blue(), tolerance) << where;
+    }
+}
+
+TEST_P(Look, thePictureIsTheReferencesButForTheWeightOfLetters)
+{
+    const QString name = GetParam().name + "-" + QString::number(scale()) + "x";
+    const QImage picture = m_shown->picture();
+    saveForPeople(picture, name);
+    const QImage reference = QImage(QStringLiteral(TOLVENARY_REFERENCE "/") + GetParam().name + ".png")
+                                 .convertToFormat(QImage::Format_RGB32);
+    ASSERT_EQ(reference.size(), GetParam().size);
+    const QImage points = picture.scaled(reference.size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    saveForPeople(difference(points, reference), name + "-difference");
+    EXPECT_LE(worstSquare(points, reference), 48);
+}
+
+TEST_P(Look, nothingWarns)
+{
+    m_shown->picture();
+    EXPECT_TRUE(m_shown->warnings().isEmpty()) << m_shown->warnings().join('\n').toStdString();
+}
+
+INSTANTIATE_TEST_SUITE_P(States, Look, testing::ValuesIn(referenceStates()), [](const auto &info) {
+    return info.param.name.toStdString() == "running-900x700"
+               ? std::string("running_900x700")
+               : QString(info.param.name).replace('-', '_').toStdString();
+});
+
+} // namespace tolvenary::test

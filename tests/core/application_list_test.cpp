@@ -65,6 +65,16 @@ TEST_F(ApplicationListTest, equalNamesStayInTheSystemsOrder)
     EXPECT_THAT(processes(), ElementsAre(9, 2, 5, 1));
 }
 
+TEST_F(ApplicationListTest, equalNamesStayInTheSystemsOrderHoweverManyThereAre)
+{
+    std::vector<SCRunningApplication> applications;
+    for (std::int32_t process = 300; process > 200; --process)
+        applications.push_back({process % 2 == 0 ? "Tab" : "tab", process, ""});
+    setApplications(applications);
+    refreshApps();
+    EXPECT_EQ(coordinator().availableApps(), applications);
+}
+
 TEST_F(ApplicationListTest, lettersOfAnyAlphabetAreSortedByTheirLowerCase)
 {
     setApplications({{"éclair", 1, ""}, {"Éa", 2, ""}, {"Zed", 3, ""}, {"😀", 4, ""}, {"\xEF\xBC\xA1", 5, ""}});

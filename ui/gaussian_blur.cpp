@@ -27,6 +27,11 @@ std::vector<float> kernelOf(qreal deviation)
     return kernel;
 }
 
+std::size_t at(int row, int rowLength, int column)
+{
+    return static_cast<std::size_t>(row) * static_cast<std::size_t>(rowLength) + static_cast<std::size_t>(column);
+}
+
 /// Blurs every line of `lines` (each `length` long) and hands the result over with rows and columns exchanged, so that
 /// two calls blur both ways.
 std::vector<float> blurLinesTransposed(const std::vector<float> &lines, int length, const std::vector<float> &kernel)
@@ -40,9 +45,8 @@ std::vector<float> blurLinesTransposed(const std::vector<float> &lines, int leng
             const int last = std::min(length - 1, x + reach);
             float sum = 0;
             for (int i = first; i <= last; ++i)
-                sum += lines[static_cast<std::size_t>(line * length + i)] *
-                       kernel[static_cast<std::size_t>(i - x + reach)];
-            result[static_cast<std::size_t>(x * count + line)] = sum;
+                sum += lines[at(line, length, i)] * kernel[at(0, 0, i - x + reach)];
+            result[at(x, count, line)] = sum;
         }
     }
     return result;

@@ -67,9 +67,14 @@ VirtualDisplay::~VirtualDisplay()
     m_session.environment().unset("DISPLAY");
 }
 
+QImage VirtualDisplay::screenshot() const
+{
+    return readFrameBuffer(m_frameBuffer / "Xvfb_screen0");
+}
+
 bool VirtualDisplay::saveScreenshot(const std::filesystem::path &file, const AccessibleBox &box) const
 {
-    const QImage screen = readFrameBuffer(m_frameBuffer / "Xvfb_screen0");
+    const QImage screen = screenshot();
     std::filesystem::create_directories(file.parent_path());
     return !screen.isNull() && screen.copy(box.x, box.y, box.width, box.height).save(QString::fromStdString(file));
 }

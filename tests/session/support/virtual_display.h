@@ -3,6 +3,8 @@
 #include "tests/session/support/accessible_window.h"
 #include "tests/session/support/private_session.h"
 
+#include <QImage>
+
 namespace tolvenary::session
 {
 
@@ -16,6 +18,8 @@ class VirtualDisplay
     VirtualDisplay(const VirtualDisplay &) = delete;
     VirtualDisplay &operator=(const VirtualDisplay &) = delete;
 
+    /// What is on the screen now; null when it cannot be read.
+    QImage screenshot() const;
     /// Writes what is on the screen, cut to the box, as a PNG file. Returns whether that worked.
     bool saveScreenshot(const std::filesystem::path &file, const AccessibleBox &box) const;
 

@@ -1,0 +1,51 @@
+#include "bench/process_meter.h"
+
+#include <fstream>
+#include <limits>
+#include <sstream>
+#include <string>
+#include <unistd.h>
+
+namespace tolvenary::bench
+{
+
+namespace
+{
+
+std::ifstream open(pid_t process, const char *file)
+{
+    return std::ifstream("/proc/" + std::to_string(process) + "/" + file);
+}
+
+} // namespace
+
+double processorSeconds(pid_t process)
+{
+    std::string line;
+    std::getline(open(process, "stat") >> std::ws, line);
+    // The second field is the program's name in brackets, and may hold anything.
+    std::istringstream fields(line.substr(line.rfind(')') + 1));
+    constexpr int fieldsBeforeUserTime = 11;
+    std::string skipped;
+    for (int i = 0; i < fieldsBeforeUserTime; ++i)
+        fields >> skipped;
+    double user = 0;
+    double system = 0;
+    fields >> user >> system;
+    return (user + system) / static_cast<double>(sysconf(_SC_CLK_TCK));
+}
+
+double memoryMegabytes(pid_t process)
+{
+    std::ifstream rollup = open(process, "smaps_rollup");
+    std::string word;
+    double kilobytes = std::numeric_limits<double>::quiet_NaN();
+    while (rollup >> word)
+        if (word == "Pss:") {
+            rollup >> kilobytes;
+            break;
+        }
+    return kilobytes / 1024;
+}
+
+} // namespace tolvenary::bench

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <sys/types.h>
+
+namespace tolvenary::bench
+{
+
+/// Processor time that a process and all its threads have used so far, in seconds; in the kernel's clock ticks.
+double processorSeconds(pid_t process);
+
+/// Memory that would come free if the process ended: its own pages and its share of those that it has in common with
+/// others, in megabytes.
+double memoryMegabytes(pid_t process);
+
+} // namespace tolvenary::bench

@@ -32,7 +32,7 @@ Item {
                 readonly property string sign: readOut.text.charAt(index)
 
                 width: sign >= "0" && sign <= "9" ? readOut.cell : implicitWidth
-                horizontalAlignment: Text.AlignHCenter
+                centered: true
                 face: Typography.readOut
                 text: sign
                 color: readOut.color

@@ -24,7 +24,6 @@ Item {
         face: Typography.body
         text: face.text
         color: Theme.white(0.9)
-        elide: Text.ElideRight
         Accessible.ignored: true
     }
 

@@ -48,7 +48,6 @@ Item {
         face: Typography.body
         text: row.text
         color: Theme.white(row.highlighted ? 1 : 0.9)
-        elide: Text.ElideRight
         Accessible.ignored: true
     }
 

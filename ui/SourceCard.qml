@@ -55,7 +55,7 @@ CardSection {
         face: Typography.caption
         text: qsTr("Whole-system audio is captured. Picker is cosmetic — pick whatever you like.")
         color: Theme.white(0.55)
-        wrapMode: Text.Wrap
+        lines: 0
     }
 
     GainSlider {

@@ -46,8 +46,6 @@ Item {
         face: Typography.caption
         text: bubble.text
         color: Theme.white(0.8)
-        wrapMode: Text.Wrap
-        maximumLineCount: 2
-        elide: Text.ElideRight
+        lines: 2
     }
 }

@@ -15,23 +15,18 @@ class TextStyle
     QML_VALUE_TYPE(textStyle)
     Q_PROPERTY(QFont font READ font CONSTANT FINAL)
     Q_PROPERTY(qreal lineHeight READ lineHeight CONSTANT FINAL)
-    Q_PROPERTY(qreal above READ above CONSTANT FINAL)
-    Q_PROPERTY(qreal below READ below CONSTANT FINAL)
 
   public:
     TextStyle() = default;
     /// The baseline lies that far below the top of each line box.
-    TextStyle(const QFont &font, qreal lineHeight, qreal baseline);
+    TextStyle(const QFont &font, qreal lineHeight, qreal baseline)
+        : m_font(font), m_lineHeight(lineHeight), m_baseline(baseline)
+    {
+    }
 
     QFont font() const { return m_font; }
     qreal lineHeight() const { return m_lineHeight; }
     qreal baseline() const { return m_baseline; }
-
-    /// The room to add above the font's own line, so that its baseline comes where the box wants it; often below zero.
-    qreal above() const { return m_above; }
-
-    /// The room to add below the last line, so that the whole is as high as its line boxes.
-    qreal below() const { return m_below; }
 
     friend bool operator==(const TextStyle &, const TextStyle &) = default;
 
@@ -39,8 +34,6 @@ class TextStyle
     QFont m_font;
     qreal m_lineHeight = 0;
     qreal m_baseline = 0;
-    qreal m_above = 0;
-    qreal m_below = 0;
 };
 
 } // namespace tolvenary

@@ -1,6 +1,5 @@
 #include "tests/ui/print_qt.h"
 #include "ui/inline_markdown.h"
-#include "ui/markdown_label.h"
 #include "ui/typography.h"
 
 #include <QGuiApplication>
@@ -50,42 +49,6 @@ TEST(InlineMarkdown, marksInTheArgumentAreShownAsTheyStand)
 TEST(InlineMarkdown, aMarkWithoutItsPartnerIsText)
 {
     EXPECT_EQ(parseInlineMarkdown("2 ** 3 `"), (Spans{{Look::plain, "2 ** 3 `"}}));
-}
-
-namespace
-{
-
-std::unique_ptr<MarkdownLabel> labelOf(const QString &markdown, qreal width, int lines)
-{
-    auto label = std::make_unique<MarkdownLabel>();
-    const Typography typography;
-    label->setProperty("face", QVariant::fromValue(typography.body()));
-    label->setProperty("markdown", markdown);
-    label->setProperty("lines", lines);
-    label->setWidth(width);
-    static_cast<QQmlParserStatus *>(label.get())->componentComplete();
-    return label;
-}
-
-} // namespace
-
-TEST(MarkdownLabel, isAsHighAsTheLinesItNeeds)
-{
-    const QString text = "BlackHole not detected. Install via `brew install blackhole-2ch`.";
-    EXPECT_EQ(labelOf(text, 2000, 2)->implicitHeight(), 16);
-    EXPECT_EQ(labelOf(text, 334, 2)->implicitHeight(), 32);
-}
-
-TEST(MarkdownLabel, isCutAtItsLastLine)
-{
-    const auto label = labelOf(QString("word ").repeated(100), 300, 2);
-    EXPECT_EQ(label->lineCount(), 2);
-    EXPECT_EQ(label->implicitHeight(), 32);
-}
-
-TEST(MarkdownLabel, anEmptyTextKeepsTheHeightOfALine)
-{
-    EXPECT_EQ(labelOf("", 300, 1)->implicitHeight(), 16);
 }
 
 } // namespace tolvenary::test

@@ -29,6 +29,13 @@ TestCase {
         return found;
     }
 
+    // Marks that were taken for marks would be missing in the width.
+    function verifyShownVerbatim(label: Item) {
+        const metrics = createTemporaryQmlObject("import QtQuick; FontMetrics {}", testCase);
+        metrics.font = label.face.font;
+        fuzzyCompare(label.contentWidth, metrics.advanceWidth(label.text), 1);
+    }
+
     function init() {
         failOnWarning(/.?/);
         stage = stages.createObject(testCase.parent);

@@ -119,7 +119,7 @@ Item {
         function test_marksInAStatusAreShownAsTheyStand() {
             stage.coordinator.status = "App list error: **x** <b>y</b>";
             compare(item("message").text, "App list error: **x** <b>y</b>");
-            compare(item("message").textFormat, Text.PlainText);
+            verifyShownVerbatim(item("message"));
         }
     }
 }

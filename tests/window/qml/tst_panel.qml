@@ -95,7 +95,7 @@ Item {
             panel.LayoutMirroring.childrenInherit = true;
             const right = name => panel.width - item(name).mapToItem(panel, item(name).width, 0).x;
             compare(right("startButton"), 22);
-            compare(item("title").effectiveHorizontalAlignment, Text.AlignRight);
+            verify(item("title").mirrored);
             compare(right("headingIcon"), 36);
             compare(item("bubble").mapToItem(panel, 0, 0).x, 22);
             compare(item("refreshApps").mapToItem(panel, 0, 0).x, 36);

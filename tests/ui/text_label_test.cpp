@@ -1,0 +1,93 @@
+#include "ui/markdown_label.h"
+#include "ui/plain_label.h"
+#include "ui/typography.h"
+
+#include <QFontMetricsF>
+#include <gtest/gtest.h>
+
+namespace tolvenary::test
+{
+
+namespace
+{
+
+template <typename Label> std::unique_ptr<Label> labelOf(const char *property, const QString &text, int lines)
+{
+    auto label = std::make_unique<Label>();
+    const Typography typography;
+    label->setProperty("face", QVariant::fromValue(typography.body()));
+    label->setProperty("codeFamily", typography.monospacedFamily());
+    label->setProperty(property, text);
+    label->setProperty("lines", lines);
+    return label;
+}
+
+std::unique_ptr<MarkdownLabel> marked(const QString &markdown, qreal width, int lines)
+{
+    auto label = labelOf<MarkdownLabel>("markdown", markdown, lines);
+    label->setWidth(width);
+    static_cast<QQmlParserStatus *>(label.get())->componentComplete();
+    return label;
+}
+
+std::unique_ptr<PlainLabel> plain(const QString &text, qreal width, int lines)
+{
+    auto label = labelOf<PlainLabel>("text", text, lines);
+    label->setWidth(width);
+    static_cast<QQmlParserStatus *>(label.get())->componentComplete();
+    return label;
+}
+
+} // namespace
+
+TEST(TextLabel, isAsHighAsTheLinesItNeeds)
+{
+    const QString text = "BlackHole not detected. Install via `brew install blackhole-2ch`.";
+    EXPECT_EQ(marked(text, 2000, 2)->implicitHeight(), 16);
+    EXPECT_EQ(marked(text, 334, 2)->implicitHeight(), 32);
+}
+
+TEST(TextLabel, isCutAtItsLastLine)
+{
+    const auto label = plain(QString("word ").repeated(100), 300, 2);
+    EXPECT_TRUE(label->isTruncated());
+    EXPECT_EQ(label->lineCount(), 2);
+    EXPECT_EQ(label->implicitHeight(), 32);
+    // Of letters this narrow, the next one would have gone into what is left of the line.
+    EXPECT_GT(plain(QString("i").repeated(1000), 300, 1)->contentWidth(), 295);
+}
+
+TEST(TextLabel, isWholeWhereItFits)
+{
+    const auto label = plain(QString("word ").repeated(100), 300, 0);
+    EXPECT_FALSE(label->isTruncated());
+    EXPECT_GT(label->lineCount(), 2);
+    EXPECT_FALSE(plain("Idle", 300, 1)->isTruncated());
+}
+
+TEST(TextLabel, anEmptyTextKeepsTheHeightOfALine)
+{
+    EXPECT_EQ(marked("", 300, 1)->implicitHeight(), 16);
+    EXPECT_EQ(plain("", 300, 0)->implicitHeight(), 16);
+}
+
+TEST(TextLabel, codeHasLettersOfOneWidth)
+{
+    EXPECT_EQ(marked("`iiiiiiii`", 300, 1)->contentWidth(), marked("`wwwwwwww`", 300, 1)->contentWidth());
+    EXPECT_LT(marked("iiiiiiii", 300, 1)->contentWidth(), marked("wwwwwwww", 300, 1)->contentWidth());
+}
+
+TEST(PlainLabel, takesMarksForText)
+{
+    const QString text = "**x** <b>y</b> `z`";
+    const QFontMetricsF metrics(Typography().body().font());
+    EXPECT_NEAR(plain(text, 300, 1)->contentWidth(), metrics.horizontalAdvance(text), 1);
+    EXPECT_LT(marked(text, 300, 1)->contentWidth(), metrics.horizontalAdvance(text) - 10);
+}
+
+TEST(PlainLabel, aLineFeedBeginsANewLine)
+{
+    EXPECT_EQ(plain("one\ntwo", 300, 0)->lineCount(), 2);
+}
+
+} // namespace tolvenary::test

@@ -12,13 +12,18 @@ function(tolvenary_test name)
   endif()
   add_executable(${name} ${test_SOURCES})
   target_link_libraries(${name} PRIVATE ${test_LINKS} GTest::gmock GTest::gtest GTest::gtest_main tolvenary_rules)
+  # Nobody waits for a test's own code, but everybody waits for its compiler.
+  target_compile_options(${name} PRIVATE $<$<CONFIG:RelWithDebInfo>:-O1 -g1>)
+  # What hears or sees works alone: it would measure its neighbours.
+  set(serial TRUE)
   if(test_LABEL STREQUAL "unit")
     add_dependencies(unit_tests ${name})
+    set(serial FALSE)
   endif()
   gtest_discover_tests(
     ${name}
     TEST_PREFIX "${name}."
     DISCOVERY_TIMEOUT 60
-    PROPERTIES LABELS ${test_LABEL} TIMEOUT ${test_TIMEOUT}
+    PROPERTIES LABELS ${test_LABEL} TIMEOUT ${test_TIMEOUT} RUN_SERIAL ${serial}
   )
 endfunction()

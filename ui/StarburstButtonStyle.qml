@@ -20,7 +20,11 @@ T.Button {
     scale: spring.value
     focusPolicy: Qt.StrongFocus
 
-    Accessible.onPressAction: control.clicked()
+    // Assistive tools are not told that a button is disabled, and may press it all the same.
+    Accessible.onPressAction: {
+        if (enabled)
+            clicked();
+    }
 
     Spring {
         id: spring

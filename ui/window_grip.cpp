@@ -10,6 +10,9 @@ namespace tolvenary
 namespace
 {
 
+/// How far the pointer goes before it drags: a hand that trembles while it clicks does not.
+constexpr int leastDrag = 4;
+
 Qt::CursorShape cursorFor(Qt::Edges edges)
 {
     if (edges == (Qt::TopEdge | Qt::LeftEdge) || edges == (Qt::BottomEdge | Qt::RightEdge))
@@ -58,21 +61,43 @@ void WindowGrip::hoverMoveEvent(QHoverEvent *event)
 
 void WindowGrip::mousePressEvent(QMouseEvent *event)
 {
-    const Qt::Edges edges = edgesAt(event->position());
-    if (beginWithWindowManager(edges)) {
-        // The release goes to the window manager: nothing more is to be expected here.
-        ungrabMouse();
-        return;
-    }
-    m_edges = edges;
+    m_edges = edgesAt(event->position());
     m_pressedAt = event->globalPosition().toPoint();
     m_geometryAtPress = window()->geometry();
+    m_hold = Hold::pressed;
 }
 
 void WindowGrip::mouseMoveEvent(QMouseEvent *event)
 {
     const QPoint by = event->globalPosition().toPoint() - m_pressedAt;
-    window()->setGeometry(dragged(m_geometryAtPress, m_edges, by, window()->minimumSize()));
+    if (m_hold == Hold::pressed && by.manhattanLength() >= leastDrag) {
+        m_hold = Hold::begins;
+        QMetaObject::invokeMethod(this, &WindowGrip::begin, Qt::QueuedConnection);
+    }
+    if (m_hold == Hold::drags)
+        window()->setGeometry(dragged(m_geometryAtPress, m_edges, by, window()->minimumSize()));
+}
+
+void WindowGrip::mouseReleaseEvent(QMouseEvent *)
+{
+    m_hold = Hold::none;
+}
+
+void WindowGrip::mouseUngrabEvent()
+{
+    m_hold = Hold::none;
+}
+
+/// Runs after all input that has arrived so far: a window manager that is asked when the button is up again would let
+/// the window hang on the pointer.
+void WindowGrip::begin()
+{
+    if (m_hold != Hold::begins || !window())
+        return;
+    m_hold = Hold::drags;
+    // The release then goes to the window manager: nothing more is to be expected here.
+    if (beginWithWindowManager(m_edges))
+        ungrabMouse();
 }
 
 Qt::Edges WindowGrip::edgesAt(const QPointF &point) const

@@ -25,13 +25,19 @@ class WindowGrip : public QQuickItem
     void hoverMoveEvent(QHoverEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    void mouseUngrabEvent() override;
 
   private:
+    enum class Hold { none, pressed, begins, drags };
+
+    void begin();
     Qt::Edges edgesAt(const QPointF &point) const;
     bool beginWithWindowManager(Qt::Edges edges);
 
     qreal m_border = 0;
     bool m_moves = false;
+    Hold m_hold = Hold::none;
     Qt::Edges m_edges;
     QPoint m_pressedAt;
     QRect m_geometryAtPress;

@@ -32,7 +32,7 @@ int main(int argc, char **argv)
     }
     const QByteArray scale = qgetenv("QT_SCALE_FACTOR");
     PrivateSession session;
-    const VirtualDisplay display(session, 1900, 1500);
+    const VirtualDisplay display(session, {.width = 1900, .height = 1500});
     session.environment().set("QT_QPA_PLATFORM", "xcb");
     session.environment().set("QT_SCALE_FACTOR", scale.toStdString());
     return runTests(argc, argv);

@@ -172,6 +172,15 @@ AccessibleElement AccessibleWindow::await(const std::string &name, const std::st
     return *found;
 }
 
+std::string AccessibleWindow::focus() const
+{
+    std::string name;
+    for (const AccessibleElement &element : elements())
+        if (isFocused(element))
+            name = element.name;
+    return name;
+}
+
 void AccessibleWindow::act(const AccessibleElement &element) const
 {
     const QString interface = QStringLiteral("org.a11y.atspi.Action");
@@ -189,6 +198,13 @@ void AccessibleWindow::setValue(const AccessibleElement &element, double value) 
                 {valueInterface, "CurrentValue", QVariant::fromValue(QDBusVariant(value))});
 }
 
+std::string AccessibleWindow::description(const AccessibleElement &element) const
+{
+    const QVariant answer = m_bus->first(m_bus->call(m_bus->application, QString::fromStdString(element.path),
+                                                     properties, "Get", {accessible, "Description"}));
+    return answer.value<QDBusVariant>().variant().toString().toStdString();
+}
+
 double AccessibleWindow::value(const AccessibleElement &element) const
 {
     const QVariant answer = m_bus->first(m_bus->call(m_bus->application, QString::fromStdString(element.path),
@@ -196,17 +212,29 @@ double AccessibleWindow::value(const AccessibleElement &element) const
     return answer.value<QDBusVariant>().variant().toDouble();
 }
 
-AccessibleBox AccessibleWindow::box(const AccessibleElement &element) const
+ScreenBox AccessibleWindow::box(const AccessibleElement &element) const
 {
     const QVariant answer =
         m_bus->first(m_bus->call(m_bus->application, QString::fromStdString(element.path), "org.a11y.atspi.Component",
                                  "GetExtents", {QVariant::fromValue(uint{0})}));
-    AccessibleBox box;
+    ScreenBox box;
     const auto extents = answer.value<QDBusArgument>();
     extents.beginStructure();
     extents >> box.x >> box.y >> box.width >> box.height;
     extents.endStructure();
     return box;
+}
+
+bool AccessibleWindow::isFocused(const AccessibleElement &element) const
+{
+    const QVariant answer =
+        m_bus->first(m_bus->call(m_bus->application, QString::fromStdString(element.path), accessible, "GetState"));
+    if (!answer.isValid())
+        return false;
+    QList<uint> words;
+    answer.value<QDBusArgument>() >> words;
+    constexpr uint focused = 1U << 12U; // as AT-SPI numbers the states
+    return (words.value(0) & focused) != 0;
 }
 
 } // namespace tolvenary::session

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tests/session/support/screen_box.h"
+
 #include <chrono>
 #include <functional>
 #include <memory>
@@ -16,13 +18,6 @@ struct AccessibleElement {
     std::string path;
     std::string name;
     std::string role; ///< as AT-SPI calls it: "push button", "combo box", "list item", "label", "slider"
-};
-
-struct AccessibleBox {
-    int x = 0;
-    int y = 0;
-    int width = 0;
-    int height = 0;
 };
 
 /// Reads and operates another process's windows through the desktop's accessibility bus: what a screen-reader user can
@@ -45,12 +40,18 @@ class AccessibleWindow
     /// Waits for the element, and throws std::runtime_error when it does not come.
     AccessibleElement await(const std::string &name, const std::string &role = {}) const;
 
+    /// The name of the innermost element that has the keyboard; empty where none has.
+    std::string focus() const;
+
     /// Presses the element; where that is none of its actions, carries out the first. What that did must be looked for
     /// elsewhere: a true answer proves nothing.
     void act(const AccessibleElement &element) const;
     void setValue(const AccessibleElement &element, double value) const;
+    std::string description(const AccessibleElement &element) const;
     double value(const AccessibleElement &element) const;
-    AccessibleBox box(const AccessibleElement &element) const;
+    ScreenBox box(const AccessibleElement &element) const;
+
+    bool isFocused(const AccessibleElement &element) const;
 
   private:
     struct Bus;

@@ -38,14 +38,29 @@ QImage readFrameBuffer(const std::filesystem::path &path)
 
 } // namespace
 
-VirtualDisplay::VirtualDisplay(PrivateSession &session, int width, int height)
+VirtualDisplay::VirtualDisplay(PrivateSession &session, const DisplayOptions &options)
     : m_session(session), m_frameBuffer(session.environment().root() / "screen")
 {
+    startServer(options);
+    if (options.windowManager)
+        startWindowManager();
+}
+
+VirtualDisplay::~VirtualDisplay()
+{
+    m_windowManager.reset();
+    m_server.reset();
+    m_session.environment().unset("DISPLAY");
+}
+
+void VirtualDisplay::startServer(const DisplayOptions &options)
+{
     std::filesystem::create_directory(m_frameBuffer);
-    const std::string screen = std::to_string(width) + "x" + std::to_string(height) + "x24";
-    // The server looks for a free number by itself and writes it to the descriptor given: its standard output.
-    m_server = session.start({"Xvfb", "-displayfd", "1", "-screen", "0", screen, "-fbdir", m_frameBuffer.string(),
-                              "-nocursor", "-nolisten", "tcp"});
+    const std::string screen = std::to_string(options.width) + "x" + std::to_string(options.height) + "x24";
+    // The server looks for a free number by itself and writes it to the descriptor given: its standard output. Without
+    // -noreset it would begin anew, and turn away who is just connecting, whenever its last client goes.
+    m_server = m_session.start({"Xvfb", "-displayfd", "1", "-noreset", "-screen", "0", screen, "-fbdir",
+                                m_frameBuffer.string(), "-nocursor", "-nolisten", "tcp"});
     std::string number;
     const auto numberThere = [&] {
         const std::string output = m_server->output();
@@ -56,15 +71,18 @@ VirtualDisplay::VirtualDisplay(PrivateSession &session, int width, int height)
     };
     if (!waitUntil(numberThere, std::chrono::seconds(15)))
         throw std::runtime_error("no display: " + m_server->output());
-    session.environment().set("DISPLAY", ":" + number);
-    m_windowManager = session.start({"openbox"});
+    m_session.environment().set("DISPLAY", ":" + number);
 }
 
-VirtualDisplay::~VirtualDisplay()
+/// Returns when it manages: a window that comes earlier would be placed by nobody.
+void VirtualDisplay::startWindowManager()
 {
-    m_windowManager.reset();
-    m_server.reset();
-    m_session.environment().unset("DISPLAY");
+    m_windowManager = m_session.start({"openbox"});
+    const auto manages = [] {
+        return runToEnd({"xprop", "-root", "_NET_SUPPORTING_WM_CHECK"}).find("window id") != std::string::npos;
+    };
+    if (!waitUntil(manages, std::chrono::seconds(15)))
+        throw std::runtime_error("no window manager: " + m_windowManager->output());
 }
 
 QImage VirtualDisplay::screenshot() const
@@ -72,7 +90,7 @@ QImage VirtualDisplay::screenshot() const
     return readFrameBuffer(m_frameBuffer / "Xvfb_screen0");
 }
 
-bool VirtualDisplay::saveScreenshot(const std::filesystem::path &file, const AccessibleBox &box) const
+bool VirtualDisplay::saveScreenshot(const std::filesystem::path &file, const ScreenBox &box) const
 {
     const QImage screen = screenshot();
     std::filesystem::create_directories(file.parent_path());

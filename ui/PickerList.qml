@@ -10,11 +10,22 @@ ListView {
     required property PickerModel rows
     required property string title
     required property real rowHeight
+    // A pointer that rests is told of again and again; only one that moves, or that the rows move under, points.
+    property bool pointed: false
+    property point pointer
     readonly property int rowsInView: Math.max(1, Math.floor(height / rowHeight))
 
     signal picked(int row)
 
+    function pointAt(row: int, place: point) {
+        if (pointed && (moving || place !== pointer))
+            currentIndex = row;
+        pointed = true;
+        pointer = place;
+    }
+
     function showChosenRow() {
+        pointed = false;
         currentIndex = rows.selectedRow;
         positionViewAtIndex(Math.max(0, rows.selectedRow), ListView.Contain);
     }
@@ -58,7 +69,7 @@ ListView {
     delegate: PickerRow {
         width: list.width
         height: list.rowHeight
-        onPointedAt: list.currentIndex = index
+        onPointedAt: place => list.pointAt(index, place)
         onPicked: list.picked(index)
     }
 }

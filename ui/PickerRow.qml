@@ -12,7 +12,7 @@ Item {
     required property bool chosen
     readonly property bool highlighted: ListView.isCurrentItem
 
-    signal pointedAt
+    signal pointedAt(point place)
     signal picked
 
     Accessible.role: Accessible.ListItem
@@ -52,7 +52,10 @@ Item {
     }
 
     HoverHandler {
-        onPointChanged: row.pointedAt()
+        onPointChanged: {
+            if (hovered)
+                row.pointedAt(point.scenePosition);
+        }
     }
 
     TapHandler {

@@ -3,10 +3,10 @@ include(GoogleTest)
 # What the sanitizer presets need: every test program that runs without a server or a window.
 add_custom_target(unit_tests)
 
-# tolvenary_test(NAME LABEL unit|session|window SOURCES ... LINKS ... [TIMEOUT seconds]): one test program, each of its
-# tests known to CTest under the label.
+# tolvenary_test(NAME LABEL unit|session|window SOURCES ... LINKS ... [TIMEOUT seconds] [WHOLE]): one test program, each
+# of its tests known to CTest under the label; or all as one, where they share what takes seconds to set up.
 function(tolvenary_test name)
-  cmake_parse_arguments(test "" "LABEL;TIMEOUT" "SOURCES;LINKS" ${ARGN})
+  cmake_parse_arguments(test "WHOLE" "LABEL;TIMEOUT" "SOURCES;LINKS" ${ARGN})
   if(NOT test_TIMEOUT)
     set(test_TIMEOUT 60)
   endif()
@@ -19,6 +19,11 @@ function(tolvenary_test name)
   if(test_LABEL STREQUAL "unit")
     add_dependencies(unit_tests ${name})
     set(serial FALSE)
+  endif()
+  if(test_WHOLE)
+    add_test(NAME ${name} COMMAND ${name})
+    set_tests_properties(${name} PROPERTIES LABELS ${test_LABEL} TIMEOUT ${test_TIMEOUT} RUN_SERIAL ${serial})
+    return()
   endif()
   gtest_discover_tests(
     ${name}

@@ -15,6 +15,8 @@ Window {
     minimumWidth: Theme.leastSize
     minimumHeight: Theme.leastSize
     title: qsTr("Tolvenary")
+    // From the outset: the shell styles the window only once it is shown, and a title bar would flash up until then.
+    flags: Qt.Window | Qt.FramelessWindowHint
     Component.onCompleted: height = content.roomyHeight
 
     ContentView {

@@ -1,5 +1,7 @@
 #include "tests/window/real/window_test.h"
 
+#include <regex>
+
 // What the window is to the window manager, and what its own three buttons do.
 
 namespace tolvenary::session
@@ -14,6 +16,26 @@ TEST_F(WindowFrame, hasNoDecorationAndItsContentReachesToItsEdges)
     launch();
     EXPECT_EQ(window().property("_NET_FRAME_EXTENTS"), "0, 0, 0, 0");
     EXPECT_EQ(panel().box(panel().await("Tolvenary", "frame")), window().geometry());
+}
+
+TEST_F(WindowFrame, flashesNoTitleBarWhileItOpens)
+{
+    const auto witness = desktop().session().start({"xev", "-root", "-event", "substructure"});
+    launch();
+    ASSERT_TRUE(eventually([&] { return !witness->output().empty(); }));
+    launch();
+    // Every window of the screen that came or changed, frames among them.
+    const std::string seen = witness->output();
+    const std::regex size("width ([0-9]+), height ([0-9]+)");
+    const ScreenBox box = window().geometry();
+    bool sawTheWindow = false;
+    for (auto one = std::sregex_iterator(seen.begin(), seen.end(), size); one != std::sregex_iterator(); ++one) {
+        const int width = std::stoi((*one)[1]);
+        const int height = std::stoi((*one)[2]);
+        EXPECT_TRUE(width <= box.width && height <= box.height) << (*one)[0];
+        sawTheWindow = sawTheWindow || (width == box.width && height == box.height);
+    }
+    EXPECT_TRUE(sawTheWindow) << seen;
 }
 
 TEST_F(WindowFrame, saysWhoseItIs)

@@ -8,13 +8,20 @@
 namespace tolvenary::session
 {
 
+enum class WindowManager {
+    none,
+    openbox,
+    weston, ///< a Wayland compositor that fills the screen
+};
+
 struct DisplayOptions {
     int width = 1280;
     int height = 1000;
-    bool windowManager = true;
+    WindowManager windowManager = WindowManager::openbox;
 };
 
-/// A screen that nobody looks at, with a window manager if wanted; DISPLAY points to it while it lives.
+/// A screen that nobody looks at, and who manages the windows on it; DISPLAY points to it while it lives, and with a
+/// Wayland compositor WAYLAND_DISPLAY does too.
 class VirtualDisplay
 {
   public:
@@ -24,6 +31,11 @@ class VirtualDisplay
     VirtualDisplay(const VirtualDisplay &) = delete;
     VirtualDisplay &operator=(const VirtualDisplay &) = delete;
 
+    ScreenBox size() const { return m_size; }
+
+    /// What a Wayland compositor shows where there is no window.
+    static constexpr unsigned background = 0xff406080;
+
     /// What is on the screen now; null when it cannot be read.
     QImage screenshot() const;
 
@@ -32,9 +44,11 @@ class VirtualDisplay
 
   private:
     void startServer(const DisplayOptions &options);
-    void startWindowManager();
+    void startOpenbox();
+    void startWeston(const DisplayOptions &options);
 
     PrivateSession &m_session;
+    ScreenBox m_size;
     std::filesystem::path m_frameBuffer;
     std::unique_ptr<ChildProcess> m_server;
     std::unique_ptr<ChildProcess> m_windowManager;

@@ -15,7 +15,7 @@ constexpr int leastSize = 520;
 class WindowBare : public DragTest
 {
   protected:
-    static void SetUpTestSuite() { openDesktop({.windowManager = false}); }
+    static void SetUpTestSuite() { openDesktop({.windowManager = WindowManager::none}); }
 
     /// Away from the screen's corner, where it opens.
     void launchInTheMiddle()

@@ -16,7 +16,6 @@ char *argumentValues[] = {programName, nullptr};
 
 Desktop::Desktop(const DisplayOptions &display)
     : m_application(argumentCount, argumentValues),
-      m_screen{0, 0, display.width, display.height},
       m_display(m_session, display),
       m_microphone(makeMicrophone(m_session)),
       m_voice(speakInto(m_session, "microphone", {"MONO=tone:997:0.25"})),

@@ -23,7 +23,7 @@ class Desktop
     PrivateSession &session() { return m_session; }
     VirtualDisplay &display() { return m_display; }
 
-    ScreenBox screen() const { return m_screen; }
+    ScreenBox screen() const { return m_display.size(); }
 
     void plugDevice();
     void unplugDevice();
@@ -32,7 +32,6 @@ class Desktop
   private:
     PrivateSession m_session;
     QCoreApplication m_application;
-    ScreenBox m_screen;
     VirtualDisplay m_display;
     std::unique_ptr<VirtualDevice> m_microphone;
     std::unique_ptr<ChildProcess> m_voice;

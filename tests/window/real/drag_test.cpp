@@ -21,9 +21,9 @@ ScreenPoint DragTest::emptyPlace()
     return {title.right() - 20, title.centre().y};
 }
 
-void DragTest::drag(ScreenPoint from, ScreenPoint by)
+void DragTest::take(ScreenPoint from, ScreenPoint by)
 {
-    const ScreenBox before = window().geometry();
+    const ScreenBox before = place();
     hands.moveTo(from);
     hands.press();
     // A window manager takes over some time after the program has asked it to, and sees the pointer from then on.
@@ -31,10 +31,15 @@ void DragTest::drag(ScreenPoint from, ScreenPoint by)
     const auto follows = [&] {
         ++m_lag;
         hands.moveTo({from.x + sign(by.x) * m_lag, from.y + sign(by.y) * m_lag});
-        return !(window().geometry() == before);
+        return !(place() == before);
     };
     EXPECT_TRUE(eventually(follows)) << "the window does not follow";
     hands.moveTo({from.x + by.x, from.y + by.y});
+}
+
+void DragTest::drag(ScreenPoint from, ScreenPoint by)
+{
+    take(from, by);
     hands.release();
 }
 
@@ -42,7 +47,7 @@ bool DragTest::eventuallyIsAbout(const ScreenBox &box)
 {
     const auto about = [this](int one, int other) { return std::abs(one - other) <= m_lag; };
     return eventually([&] {
-        const ScreenBox now = window().geometry();
+        const ScreenBox now = place();
         return about(now.x, box.x) && about(now.y, box.y) && about(now.right(), box.right()) &&
                about(now.bottom(), box.bottom());
     });
@@ -57,7 +62,7 @@ ScreenBox DragTest::moved(ScreenBox box, ScreenPoint by)
 
 void DragTest::wander()
 {
-    const ScreenBox box = window().geometry();
+    const ScreenBox box = place();
     for (const int step : {60, 180, 320})
         hands.moveTo({box.x + step, box.bottom() - step});
     // The pointer's way is behind us when a key that came after it has been answered.

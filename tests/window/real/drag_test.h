@@ -12,7 +12,9 @@ class DragTest : public WindowTest
     /// A place in the window where there is no control: in the row of the title, at its right.
     ScreenPoint emptyPlace();
 
-    /// Presses at the place, moves the pointer by `by`, slowly at first until the window follows, and releases.
+    /// Presses at the place and moves the pointer by `by`, slowly at first until the window follows.
+    void take(ScreenPoint from, ScreenPoint by);
+    /// take(), and releases.
     void drag(ScreenPoint from, ScreenPoint by);
 
     /// But for how far the last drag went before the window manager took over from the program.

@@ -38,10 +38,20 @@ void WindowTest::launch(const PanelProgram::Variables &variables)
     const auto scale = variables.find("QT_SCALE_FACTOR");
     m_scale = scale != variables.end() ? std::stod(scale->second) : 1;
     m_program = std::make_unique<PanelProgram>(desktop().session(), variables);
-    m_window = std::make_unique<XWindow>(m_program->pid(), "Tolvenary");
+    awaitWindow();
     // The picture stands still only when the launch work is done.
     if (desktop().hasDevice() && !eventually([this] { return isVisible("Refresh devices"); }))
         throw std::runtime_error("the device does not show");
+}
+
+void WindowTest::awaitWindow()
+{
+    m_window = std::make_unique<XWindow>(m_program->pid(), "Tolvenary");
+}
+
+ScreenBox WindowTest::place()
+{
+    return window().geometry();
 }
 
 bool WindowTest::isVisible(const std::string &name)
@@ -54,7 +64,8 @@ ScreenBox WindowTest::boxOf(const std::string &name, const std::string &role)
 {
     const auto pixels = [this](int length) { return static_cast<int>(length * m_scale); };
     const ScreenBox box = panel().box(panel().await(name, role));
-    return {pixels(box.x), pixels(box.y), pixels(box.width), pixels(box.height)};
+    const ScreenPoint from = origin();
+    return {from.x + pixels(box.x), from.y + pixels(box.y), pixels(box.width), pixels(box.height)};
 }
 
 void WindowTest::pick(const std::string &picker, const std::string &row)

@@ -11,7 +11,7 @@
 namespace tolvenary::session
 {
 
-/// The program on an X11 desktop. The desktop is the suite's, the program is each test's own, launched when the test
+/// The program on a desktop. The desktop is the suite's, the program is each test's own, launched when the test
 /// asks for it. A program that has printed anything by the end of its test fails it.
 class WindowTest : public testing::Test
 {
@@ -27,8 +27,16 @@ class WindowTest : public testing::Test
 
     /// Starts the program; its lists are filled when this returns, unless there is no device.
     void launch(const PanelProgram::Variables &variables = {{"QT_QPA_PLATFORM", "xcb"}});
+    /// What a launch waits for besides: here, the window that the X server shows.
+    virtual void awaitWindow();
+    /// Where the window is on the screen.
+    virtual ScreenBox place();
+    /// From where the program counts when it says where something is.
+    virtual ScreenPoint origin() { return {}; }
+
     PanelProgram &program() { return *m_program; }
     AccessibleWindow &panel() { return m_program->window(); }
+    /// On X11 only.
     XWindow &window() { return *m_window; }
 
     bool isThere(const std::string &name, const std::string &role = {}) { return panel().find(name, role).has_value(); }

@@ -28,6 +28,7 @@ void WindowTest::TearDown()
     if (HasFailure())
         explainFailure();
     m_program->process().end();
+    EXPECT_EQ(m_program->process().waitForEnd(0s), 0) << "it did not end well";
     EXPECT_EQ(m_program->messages(), "");
 }
 

@@ -12,7 +12,7 @@ namespace tolvenary::session
 {
 
 /// The program on a desktop. The desktop is the suite's, the program is each test's own, launched when the test
-/// asks for it. A program that has printed anything by the end of its test fails it.
+/// asks for it. A program that has printed anything by the end of its test, or does not end well, fails it.
 class WindowTest : public testing::Test
 {
   protected:

@@ -27,8 +27,11 @@ TolvenaryApp::~TolvenaryApp()
 
 bool TolvenaryApp::show()
 {
+    const bool blended = isBlendedByCompositor();
+    QQuickWindow::setDefaultAlphaBuffer(blended);
     m_engine.setInitialProperties({{QStringLiteral("coordinator"), QVariant::fromValue(&m_coordinator)},
-                                   {QStringLiteral("actions"), QVariant::fromValue(&m_actions)}});
+                                   {QStringLiteral("actions"), QVariant::fromValue(&m_actions)},
+                                   {QStringLiteral("blended"), blended}});
     m_engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Tolvenary/PanelWindow.qml")));
     if (!window())
         return false;

@@ -1,5 +1,6 @@
 #include "app/window_style.h"
 
+#include <QGuiApplication>
 #include <QQuickWindow>
 
 namespace tolvenary
@@ -10,7 +11,15 @@ void styleWindow(QQuickWindow &window)
     // Setting a flag that is set already would still take the window off the screen and put it back.
     if (!window.flags().testFlag(Qt::FramelessWindowHint))
         window.setFlag(Qt::FramelessWindowHint);
-    window.setColor(QColor::fromRgbF(0.04F, 0.03F, 0.1F, 1.0F));
+    // A blended window is rounded: what is cut off its corners is left to what lies behind.
+    window.setColor(window.requestedFormat().hasAlpha() ? QColor(Qt::transparent)
+                                                        : QColor::fromRgbF(0.04F, 0.03F, 0.1F, 1.0F));
+}
+
+bool isBlendedByCompositor()
+{
+    // On X11 a compositor may come and go while the window stands; without one, its corners would be black.
+    return QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
 }
 
 } // namespace tolvenary

@@ -9,4 +9,8 @@ namespace tolvenary
 /// Thread: main.
 void styleWindow(QQuickWindow &window);
 
+/// Whether what lies behind a window's transparent places is sure to be shown there. To be asked, and to be followed by
+/// QQuickWindow::setDefaultAlphaBuffer(), before the window is made.
+bool isBlendedByCompositor();
+
 } // namespace tolvenary

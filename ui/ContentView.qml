@@ -9,6 +9,7 @@ Item {
 
     required property MixCoordinator coordinator
     required property PanelActions actions
+    property real cornerRadius: 0
     // High enough for every state that the panel can take on.
     readonly property real roomyHeight: Math.max(Theme.leastSize, column.implicitHeight + output.growth + 2)
 
@@ -17,6 +18,7 @@ Item {
 
     CosmicBackground {
         anchors.fill: parent
+        cornerRadius: view.cornerRadius
     }
 
     WindowGrip {

@@ -7,9 +7,12 @@ import Tolvenary
 Item {
     id: background
 
+    property alias cornerRadius: gradient.cornerRadius
     property bool restful: false
 
     CosmicGradient {
+        id: gradient
+
         anchors.fill: parent
         base: [Theme.window, Theme.dusk, Theme.night]
         topGlow: Theme.faded(Theme.purple, 0.35)

@@ -10,6 +10,8 @@ Window {
     required property MixCoordinator coordinator
     required property PanelActions actions
     readonly property alias content: content
+    // Whether the compositor shows what lies behind the corners.
+    property bool blended: false
 
     width: Theme.leastSize
     minimumWidth: Theme.leastSize
@@ -25,6 +27,7 @@ Window {
         anchors.fill: parent
         coordinator: window.coordinator
         actions: window.actions
+        cornerRadius: window.blended && window.visibility === Window.Windowed ? Theme.windowRadius : 0
     }
 
     WindowGrip {

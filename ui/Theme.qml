@@ -23,6 +23,7 @@ QtObject {
     readonly property color zoomButton: "#28c840"
 
     readonly property int leastSize: 520
+    readonly property int windowRadius: 10
     readonly property int margin: 22
     readonly property int topMargin: 44
     readonly property int columnSpacing: 18

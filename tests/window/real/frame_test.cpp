@@ -1,5 +1,7 @@
+#include "tests/window/real/colours.h"
 #include "tests/window/real/window_test.h"
 
+#include <QImage>
 #include <regex>
 
 // What the window is to the window manager, and what its own three buttons do.
@@ -15,7 +17,10 @@ TEST_F(WindowFrame, hasNoDecorationAndItsContentReachesToItsEdges)
 {
     launch();
     EXPECT_EQ(window().property("_NET_FRAME_EXTENTS"), "0, 0, 0, 0");
-    EXPECT_EQ(panel().box(panel().await("Tolvenary", "frame")), window().geometry());
+    const ScreenBox box = window().geometry();
+    EXPECT_EQ(panel().box(panel().await("Tolvenary", "frame")), box);
+    EXPECT_TRUE(
+        eventually([&] { return isAbout(desktop().display().screenshot().pixel(box.x, box.y), windowColour); }));
 }
 
 TEST_F(WindowFrame, flashesNoTitleBarWhileItOpens)

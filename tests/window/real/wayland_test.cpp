@@ -1,3 +1,4 @@
+#include "tests/window/real/colours.h"
 #include "tests/window/real/drag_test.h"
 
 #include <QImage>
@@ -82,6 +83,23 @@ TEST_F(WindowWayland, opensAsHighAsItsContentWithoutDecoration)
     EXPECT_EQ(place().width, leastSize);
     const ScreenBox frame = panel().box(panel().await("Tolvenary", "frame"));
     EXPECT_EQ(place().height, frame.height);
+}
+
+TEST_F(WindowWayland, showsWhatLiesBehindItsCornersUnlessItFillsTheScreen)
+{
+    open();
+    const auto cornerIs = [this](QRgb colour) {
+        return eventually([&] {
+            const ScreenBox box = place();
+            return box.width > 0 && isAbout(desktop().display().screenshot().pixel(box.x, box.y), colour);
+        });
+    };
+    EXPECT_TRUE(cornerIs(VirtualDisplay::background));
+    const ScreenBox box = place();
+    EXPECT_TRUE(isAbout(desktop().display().screenshot().pixel(box.x + 6, box.y + 6), windowColour));
+    clickOn("Zoom");
+    ASSERT_TRUE(eventually([this] { return place() == desktop().screen(); })) << place();
+    EXPECT_TRUE(cornerIs(windowColour));
 }
 
 TEST_F(WindowWayland, runsTheMixByMouse)

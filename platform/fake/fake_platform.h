@@ -32,7 +32,7 @@ class FakePlatform final : public Platform
     FakeCaptureDevice &captureDevice() override { return m_captureDevice; }
     FakeScreenCaptureAccess &screenCaptureAccess() override { return m_screenCaptureAccess; }
     FakeShareableContent &shareableContent() override { return m_shareableContent; }
-    FakeCaptureStreams &captureStreams() { return m_captureStreams; }
+    FakeCaptureStreams &captureStreams() override { return m_captureStreams; }
     FakeProcessInfo &processInfo() override { return m_processInfo; }
     FakeTimers &timers() override { return m_timers; }
 

@@ -49,6 +49,8 @@ void GraphSession::disconnecting()
         node->release();
     m_rights.reset();
     m_registry.reset();
+    for (GraphWatcher *watcher : m_watchers)
+        watcher->serverLost();
 }
 
 void GraphSession::accessDenied()
@@ -61,6 +63,8 @@ void GraphSession::accessDenied()
 
 void GraphSession::update()
 {
+    for (GraphWatcher *watcher : m_watchers)
+        watcher->graphChanged();
     if (m_linker)
         m_linker->setWanted(plannedLinks());
     m_connection.wake();
@@ -133,6 +137,8 @@ LinkWishes GraphSession::wishes() const
             wishes.outputs.push_back({*id, output->deviceName});
         else if (const auto *tap = std::get_if<TapRole>(&role))
             wishes.taps.push_back({*id, tap->excludedProcesses, verdict.heldStreams, verdict.isTapInOrder});
+        else if (const auto *stream = std::get_if<StreamRole>(&role))
+            wishes.taps.push_back({*id, stream->excludedProcesses, verdict.heldStreams, false, stream->onlyProcess});
         else if (std::holds_alternative<InputRole>(role))
             wishes.inputs.push_back({*id, verdict.isMicrophoneInOrder});
     }

@@ -63,6 +63,20 @@ TEST(Stream, oneApplicationIsHeardAndAnotherIsNot)
     }
 }
 
+TEST(Stream, aPulseClientIsHeardByItsOwnProcessNotByItsServers)
+{
+    MixBedOptions options = noMix();
+    options.configuration.pulse = true;
+    MixBed bed(options);
+    const auto client = playPulseClient(bed.session(), {"tone:700:0.3", "tone:700:0.3"});
+    StreamEars ears(bed, client->pid());
+    ASSERT_TRUE(ears.start());
+    ASSERT_TRUE(ears.becomesHeard(otherTone, 0.3));
+    const auto heard = ears.tones({otherTone, playerTone});
+    expectTone("picked", heard[0][0], 0.3);
+    expectTone("another", heard[0][1], 0);
+}
+
 TEST(Stream, withoutAnApplicationAllButThisVeryProcessAreHeard)
 {
     MixBed bed(noMix());

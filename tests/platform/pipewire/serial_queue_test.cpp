@@ -80,27 +80,30 @@ TEST(SerialQueue, withoutAPauseItLooksOnlyAfterATask)
 {
     std::atomic<int> looks = 0;
     std::promise<void> first;
-    {
-        SerialQueue queue([&]() -> std::optional<std::chrono::nanoseconds> {
-            if (++looks == 1)
-                first.set_value();
-            return std::nullopt;
-        });
-        first.get_future().wait();
-        EXPECT_EQ(looks, 1);
-        std::promise<void> ran;
-        queue.async([&] { ran.set_value(); });
-        ran.get_future().wait();
-    }
-    EXPECT_LE(looks, 2) << "once after the task, unless the end came first";
+    std::promise<void> second;
+    SerialQueue queue([&]() -> std::optional<std::chrono::nanoseconds> {
+        if (++looks == 1)
+            first.set_value();
+        else if (looks == 2)
+            second.set_value();
+        return std::nullopt;
+    });
+    first.get_future().wait();
+    auto again = second.get_future();
+    EXPECT_EQ(again.wait_for(std::chrono::milliseconds(50)), std::future_status::timeout);
+    queue.async([] {});
+    EXPECT_EQ(again.wait_for(std::chrono::seconds(30)), std::future_status::ready);
 }
 
+// Again and again, so that some of the tasks come while the queue is waiting.
 TEST(SerialQueue, aTaskDoesNotWaitForALongPause)
 {
     SerialQueue queue([]() -> std::optional<std::chrono::nanoseconds> { return std::chrono::hours(1); });
-    std::promise<void> ran;
-    queue.async([&] { ran.set_value(); });
-    EXPECT_EQ(ran.get_future().wait_for(std::chrono::seconds(30)), std::future_status::ready);
+    for (int i = 0; i < 500; ++i) {
+        const auto ran = std::make_shared<std::promise<void>>();
+        queue.async([ran] { ran->set_value(); });
+        ASSERT_EQ(ran->get_future().wait_for(std::chrono::seconds(30)), std::future_status::ready) << i;
+    }
 }
 
 TEST(SerialQueue, whatATaskHoldsIsLetGoOfWhenItHasRun)

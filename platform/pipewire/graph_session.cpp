@@ -35,7 +35,10 @@ void GraphSession::connected(pw_core *core)
 {
     const auto changed = [this] { m_connection.scheduleUpdate(); };
     m_isDenied = false;
-    m_registry = std::make_unique<Registry>(core, m_graph, changed);
+    m_registry = std::make_unique<Registry>(core, m_graph, changed, [this](GlobalId id) {
+        if (m_linker && m_graph.port(id) != nullptr)
+            m_linker->forgetPort(id);
+    });
     m_linker = std::make_unique<Linker>(core, changed);
     m_rights = std::make_unique<ClientRights>(core, [this] { m_connection.wake(); });
     for (const auto &[node, role] : m_nodes)

@@ -1,3 +1,4 @@
+#include "platform/audio_server.h"
 #include "tests/session/own_player.h"
 #include "tests/session/stream_ears.h"
 #include "tests/session/support/tone_level.h"
@@ -5,6 +6,7 @@
 #include <QElapsedTimer>
 #include <atomic>
 #include <cmath>
+#include <future>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -37,6 +39,33 @@ bool hasStreamNode(const SoundGraph &graph)
 {
     return graph.node("com.tolvenary.stream") != nullptr;
 }
+
+bool hasNoNodes(const SoundGraph &graph)
+{
+    return MixBed::nodesOfProgram(graph).empty();
+}
+
+/// Keeps the program from learning what happens in the graph, for its life.
+class ControlThreadHold
+{
+  public:
+    explicit ControlThreadHold(MixBed &bed)
+    {
+        const auto end = std::make_shared<std::future<void>>(m_end.get_future());
+        const auto begun = std::make_shared<std::promise<void>>();
+        bed.platform().audioServer().settle([end, begun](bool) {
+            begun->set_value();
+            end->wait();
+        });
+        begun->get_future().wait();
+    }
+    ~ControlThreadHold() { m_end.set_value(); }
+    ControlThreadHold(const ControlThreadHold &) = delete;
+    ControlThreadHold &operator=(const ControlThreadHold &) = delete;
+
+  private:
+    std::promise<void> m_end;
+};
 
 void expectTone(const char *what, double heard, double wanted)
 {
@@ -194,6 +223,34 @@ TEST(Stream, theApplicationChangesItsChannelsInTheMiddleAndTheToneGoesOn)
     }
 }
 
+// The server gives the ports that come the ids of those that have gone. Who learns of both at once must not take the
+// new ones for the old, nor their links for links that are there.
+TEST(Stream, anApplicationThatIsReplacedWhileNobodyLooksIsLinkedAnew)
+{
+    MixBed bed({.device = false, .microphone = false, .application = false});
+    StreamEars ears(bed, getpid());
+    ASSERT_TRUE(ears.start());
+    auto playing = std::make_unique<OwnPlayer>(std::vector<std::string>{"--keep-channels", "MONO=tone:500:0.3"});
+    ASSERT_TRUE(ears.becomesHeard(ownTone, 0.3));
+
+    const auto isLinkedToSpeakers = [](const SoundGraph &graph) {
+        const GraphPort *from = graph.port("own-player:output_FR");
+        const GraphPort *into = graph.port("speakers:playback_FR");
+        return from != nullptr && into != nullptr && graph.link(from->id, into->id) != nullptr;
+    };
+    {
+        const ControlThreadHold hold(bed);
+        playing.reset();
+        const std::vector<std::string> stereo = {"--keep-channels", "FL=tone:500:0.3", "FR=tone:500:0.3"};
+        playing = std::make_unique<OwnPlayer>(stereo);
+        ASSERT_TRUE(bed.session().waitForGraph(isLinkedToSpeakers));
+    }
+    ASSERT_TRUE(ears.becomesHeard(ownTone, 0.3));
+    const auto heard = ears.tones({ownTone});
+    expectTone("left", heard[0][0], 0.3);
+    expectTone("right", heard[1][0], 0.3);
+}
+
 TEST(Stream, picturesAreAcceptedAndNeverCome)
 {
     MixBed bed(noMix());
@@ -213,8 +270,7 @@ TEST(Stream, stopLeavesNoNodeAndNothingIsDeliveredAnyMore)
     ASSERT_TRUE(hasStreamNode(SoundGraph::read()));
     ASSERT_TRUE(ears.stop());
     const std::size_t frames = ears.frames();
-    EXPECT_FALSE(hasStreamNode(SoundGraph::read()));
-    EXPECT_THAT(MixBed::nodesOfProgram(SoundGraph::read()), IsEmpty());
+    EXPECT_TRUE(bed.waitForGraph(hasNoNodes));
     bed.waitFor([] { return false; }, 300ms);
     EXPECT_EQ(ears.frames(), frames);
     EXPECT_THAT(ears.errors(), IsEmpty()) << "to be stopped is no error";
@@ -252,7 +308,7 @@ TEST(Stream, theDestructorOfALiveStreamLeavesNoNode)
         ears.listen(4800);
         ASSERT_TRUE(hasStreamNode(SoundGraph::read()));
     }
-    EXPECT_THAT(MixBed::nodesOfProgram(SoundGraph::read()), IsEmpty());
+    EXPECT_TRUE(bed.waitForGraph(hasNoNodes));
 }
 
 TEST(Stream, whenTheServerGoesAwayTheDelegateIsToldOnce)

@@ -135,16 +135,19 @@ std::array<Samples, 2> StreamEars::listen(std::size_t frames)
     return heard;
 }
 
-std::array<std::vector<double>, 2> StreamEars::tones(const std::vector<double> &frequencies, std::size_t frames)
+std::array<std::vector<double>, 2> StreamEars::tones(const std::vector<double> &frequencies)
 {
-    const auto heard = listen(frames);
+    auto heard = listen(24000);
+    for (int again = 0; again < 12 && decibels(residueBesideTones(heard[0], 48000, frequencies)) > -80; ++again)
+        heard = listen(24000);
     return {toneAmplitudes(heard[0], 48000, frequencies), toneAmplitudes(heard[1], 48000, frequencies)};
 }
 
 bool StreamEars::becomesHeard(double frequency, double amplitude)
 {
     for (int fifthsOfASecond = 0; fifthsOfASecond < 50; ++fifthsOfASecond) {
-        if (std::abs(tones({frequency}, 9600)[0][0] - amplitude) < 0.01 * amplitude)
+        const auto heard = toneAmplitudes(listen(9600)[0], 48000, {frequency});
+        if (std::abs(heard[0] - amplitude) < 0.01 * amplitude)
             return true;
     }
     return false;

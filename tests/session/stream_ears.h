@@ -28,8 +28,9 @@ class StreamEars
 
     /// What is delivered from now on, left and right; at least so many frames. Throws when they do not come.
     std::array<Samples, 2> listen(std::size_t frames);
-    /// Amplitudes of the tones in the next `frames` frames: left, then right.
-    std::array<std::vector<double>, 2> tones(const std::vector<double> &frequencies, std::size_t frames = 24000);
+    /// Amplitudes of the tones, which are all that may be there, in half a second: left, then right. A machine that
+    /// wakes up late breaks what the players play: listens again, while it does.
+    std::array<std::vector<double>, 2> tones(const std::vector<double> &frequencies);
     /// Whether the tone gets to this amplitude on the left side, within some seconds.
     bool becomesHeard(double frequency, double amplitude);
 

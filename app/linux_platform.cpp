@@ -56,6 +56,10 @@ SCShareableContent &LinuxPlatform::shareableContent()
 {
     return m_parts->applications;
 }
+SCStreams &LinuxPlatform::captureStreams()
+{
+    return m_parts->pipeWire.captureStreams();
+}
 ProcessInfo &LinuxPlatform::processInfo()
 {
     return m_parts->processInfo;

@@ -26,6 +26,7 @@ class LinuxPlatform final : public Platform
     AVCaptureDevice &captureDevice() override;
     ScreenCaptureAccess &screenCaptureAccess() override;
     SCShareableContent &shareableContent() override;
+    SCStreams &captureStreams() override;
     ProcessInfo &processInfo() override;
     Timers &timers() override;
 

@@ -1,32 +1,14 @@
 #include "capture/block_conversion.h"
+#include "capture/block_copy.h"
 #include "capture/process_audio_tap.h"
 
 #include <algorithm>
-#include <cstring>
 
 namespace tolvenary
 {
 
 // Everything in this file is real-time: it runs inside the device's cycle, and a cycle that cannot become a buffer is
 // dropped without a word.
-
-namespace
-{
-
-/// Copies what there is of `source`. A pooled buffer still holds an older block; what this cycle does not fill must not
-/// be heard again.
-void fill(const AudioBuffer &target, const AudioBuffer *source)
-{
-    if (target.mData == nullptr)
-        return;
-    const bool readable = source != nullptr && source->mData != nullptr;
-    const std::uint32_t bytes = readable ? std::min(source->mDataByteSize, target.mDataByteSize) : 0;
-    if (bytes > 0)
-        std::memcpy(target.mData, source->mData, bytes);
-    std::memset(static_cast<std::byte *>(target.mData) + bytes, 0, target.mDataByteSize - bytes);
-}
-
-} // namespace
 
 void ProcessAudioTap::handle(ConstAudioBufferList inputData)
 {
@@ -56,9 +38,7 @@ AVAudioPCMBufferPtr ProcessAudioTap::copyInput(ConstAudioBufferList inputData)
     if (copy == nullptr)
         return nullptr;
     copy->setFrameLength(frames);
-    const AudioBufferList targets = copy->mutableAudioBufferList();
-    for (std::size_t i = 0; i < targets.size(); ++i)
-        fill(targets[i], i < inputData.size() ? &inputData[i] : nullptr);
+    copyBuffers(inputData, *copy);
     return copy;
 }
 

@@ -7,15 +7,20 @@
 namespace tolvenary
 {
 
+/// Counts a buffer of what the applications play, and plays it. real-time
+ProcessAudioTap::OnBuffer MixCoordinator::appBufferCallback() const
+{
+    return [feed = std::weak_ptr(m_feed)](AVAudioPCMBufferPtr buffer) {
+        if (const auto target = feed.lock())
+            target->feedApp(std::move(buffer));
+    };
+}
+
 /// The application narrows nothing, as the panel tells its user: everything but our own sound is captured.
 QCoro::Task<Result<void>> MixCoordinator::startAppCapture(SCRunningApplication)
 {
     const std::array ownPID{m_platform.processInfo().processIdentifier()};
-    auto tap = ProcessAudioTap::create(m_platform, m_pool, ownPID, m_mixFormat,
-                                       [feed = std::weak_ptr(m_feed)](AVAudioPCMBufferPtr buffer) { // real-time
-                                           if (const auto target = feed.lock())
-                                               target->feedApp(std::move(buffer));
-                                       });
+    auto tap = ProcessAudioTap::create(m_platform, m_pool, ownPID, m_mixFormat, appBufferCallback());
     if (!tap)
         co_return Result<void>(tl::unexpected(tap.error()));
     const Result<void> started = (*tap)->start();

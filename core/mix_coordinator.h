@@ -1,6 +1,9 @@
 #pragma once
 
+#include "capture/app_stream_output.h"
 #include "capture/process_audio_tap.h"
+#include "capture/screen_sink_output.h"
+#include "capture/stream_error_delegate.h"
 #include "core/mix_feed.h"
 #include "devices/blackhole_device.h"
 #include "platform/audio/av_audio_engine.h"
@@ -56,6 +59,14 @@ class MixCoordinator : public QObject
     QCoro::Task<void> start();
     /// Stops and releases whatever there is, also a start on its way. The status stays.
     void teardown();
+
+    /// An output for a stream that may capture the applications in the tap's place: it delivers into the mix as the tap
+    /// does. The start sequence makes none; only one of the two may deliver at a time.
+    std::shared_ptr<AppStreamOutput> makeStreamOutput();
+    /// Takes over a stream with those that it calls; any of them may be missing. The next teardown() lets go of all.
+    void setStream(std::unique_ptr<SCStream> stream, std::shared_ptr<AppStreamOutput> streamOutput,
+                   std::shared_ptr<StreamErrorDelegate> streamDelegate, std::shared_ptr<ScreenSinkOutput> screenSink);
+    bool hasStream() const { return m_stream != nullptr; }
 
     /// Lists the running applications anew. A pick stays, also when its process is gone.
     QCoro::Task<void> refreshApps();
@@ -130,6 +141,9 @@ class MixCoordinator : public QObject
     Result<void> setupOutputEngine(AudioObjectID deviceID);
     Result<void> setupCaptureEngine();
     QCoro::Task<Result<void>> startAppCapture(SCRunningApplication app);
+    ProcessAudioTap::OnBuffer appBufferCallback() const;
+    void releaseStream();
+    QCoro::Task<void> stopStream(SCStream *stream);
 
     void buildMixGraph();
     void startMeterTimer(const QString &deviceName);
@@ -164,6 +178,11 @@ class MixCoordinator : public QObject
     std::shared_ptr<AVAudioMixerNode> m_appMixer;
     AVAudioEngine m_outputEngine;
     AVAudioEngine m_captureEngine;
+    std::vector<std::unique_ptr<SCStream>> m_stoppingStreams; ///< given up by a teardown, until they have stopped
+    std::unique_ptr<SCStream> m_stream;
+    std::shared_ptr<AppStreamOutput> m_streamOutput;
+    std::shared_ptr<StreamErrorDelegate> m_streamDelegate;
+    std::shared_ptr<ScreenSinkOutput> m_screenSink;
     std::unique_ptr<ProcessAudioTap> m_processTap;
     std::optional<MeterReading> m_meterReading;
     std::unique_ptr<Timer> m_meterTimer;

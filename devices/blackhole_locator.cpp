@@ -1,6 +1,6 @@
 #include "devices/blackhole_locator.h"
 
-#include "platform/stream_configuration.h"
+#include "platform/audio_buffer_list.h"
 
 #include <QString>
 
@@ -53,7 +53,7 @@ std::int32_t outputChannels(AudioObjectProperties &properties, AudioObjectID dev
     std::vector<std::byte> bytes(size);
     if (properties.AudioObjectGetPropertyData(device, address, {}, size, bytes.data()) != noErr)
         return 0;
-    return channelSum(readStreamConfiguration(bytes));
+    return channelSum(readAudioBufferList(bytes));
 }
 
 } // namespace

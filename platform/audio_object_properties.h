@@ -30,7 +30,7 @@ inline constexpr std::uint32_t kAudioHardwarePropertyTranslatePIDToProcessObject
 inline constexpr std::uint32_t kAudioObjectPropertyName = fourCharCode("lnam");
 /// Device, global: StringReference, the name that outlives a restart.
 inline constexpr std::uint32_t kAudioDevicePropertyDeviceUID = fourCharCode("uid ");
-/// Device, output scope: see stream_configuration.h.
+/// Device, output scope: an audio_buffer_list.h of channel counts, without samples.
 inline constexpr std::uint32_t kAudioDevicePropertyStreamConfiguration = fourCharCode("slay");
 /// Aggregate device, input scope: AudioStreamBasicDescription of what an IO proc is handed.
 inline constexpr std::uint32_t kAudioDevicePropertyStreamFormat = fourCharCode("sfmt");

@@ -44,6 +44,7 @@ inline constexpr std::uint32_t kAudioFormatFlagIsFloat = 1U << 0;
 inline constexpr std::uint32_t kAudioFormatFlagIsSignedInteger = 1U << 2;
 inline constexpr std::uint32_t kAudioFormatFlagIsPacked = 1U << 3;
 inline constexpr std::uint32_t kAudioFormatFlagIsNonInterleaved = 1U << 5;
+inline constexpr std::uint32_t kAudioFormatFlagIsNonMixable = 1U << 6;
 
 /// One run of samples: all channels interleaved, or one channel of a non-interleaved format. Does not own mData.
 struct AudioBuffer {

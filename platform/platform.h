@@ -12,6 +12,7 @@ class IOProcs;
 class ProcessInfo;
 class ProcessTaps;
 class SCShareableContent;
+class SCStreams;
 class ScreenCaptureAccess;
 class Timers;
 
@@ -30,6 +31,7 @@ class Platform
     virtual AVCaptureDevice &captureDevice() = 0;
     virtual ScreenCaptureAccess &screenCaptureAccess() = 0;
     virtual SCShareableContent &shareableContent() = 0;
+    virtual SCStreams &captureStreams() = 0;
     virtual ProcessInfo &processInfo() = 0;
     virtual Timers &timers() = 0;
 };

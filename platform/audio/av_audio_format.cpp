@@ -52,8 +52,8 @@ std::optional<AVAudioFormat> AVAudioFormat::fromStreamDescription(const AudioStr
 
     // What follows from the rest is written anew, so that equal formats compare equal however carelessly they were
     // described.
-    constexpr std::uint32_t meaningful =
-        kAudioFormatFlagIsFloat | kAudioFormatFlagIsSignedInteger | kAudioFormatFlagIsNonInterleaved;
+    constexpr std::uint32_t meaningful = kAudioFormatFlagIsFloat | kAudioFormatFlagIsSignedInteger |
+                                         kAudioFormatFlagIsNonInterleaved | kAudioFormatFlagIsNonMixable;
     AudioStreamBasicDescription canonical = description;
     canonical.mFormatFlags = (description.mFormatFlags & meaningful) | kAudioFormatFlagIsPacked;
     if ((canonical.mFormatFlags & kAudioFormatFlagIsFloat) != 0)

@@ -1,6 +1,6 @@
 #include "platform/fake/fake_audio_object_properties.h"
 
-#include "platform/stream_configuration.h"
+#include "platform/audio_buffer_list.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -40,8 +40,8 @@ std::optional<std::vector<std::byte>> streamConfiguration(const FakeDevice &devi
     std::vector<AudioBuffer> buffers;
     for (const std::uint32_t channels : *device.outputBuffers)
         buffers.push_back({channels, 0, nullptr});
-    std::vector<std::byte> bytes(streamConfigurationSize(buffers.size()));
-    writeStreamConfiguration(buffers, bytes);
+    std::vector<std::byte> bytes(audioBufferListSize(buffers.size()));
+    writeAudioBufferList(buffers, bytes);
     return bytes;
 }
 

@@ -5,6 +5,7 @@
 #include "platform/fake/fake_audio_server.h"
 #include "platform/fake/fake_audio_units.h"
 #include "platform/fake/fake_capture_device.h"
+#include "platform/fake/fake_capture_streams.h"
 #include "platform/fake/fake_io_procs.h"
 #include "platform/fake/fake_process_info.h"
 #include "platform/fake/fake_process_taps.h"
@@ -31,6 +32,7 @@ class FakePlatform final : public Platform
     FakeCaptureDevice &captureDevice() override { return m_captureDevice; }
     FakeScreenCaptureAccess &screenCaptureAccess() override { return m_screenCaptureAccess; }
     FakeShareableContent &shareableContent() override { return m_shareableContent; }
+    FakeCaptureStreams &captureStreams() override { return m_captureStreams; }
     FakeProcessInfo &processInfo() override { return m_processInfo; }
     FakeTimers &timers() override { return m_timers; }
 
@@ -52,6 +54,7 @@ class FakePlatform final : public Platform
     FakeCaptureDevice m_captureDevice{m_calls};
     FakeScreenCaptureAccess m_screenCaptureAccess{m_calls};
     FakeShareableContent m_shareableContent{m_calls};
+    FakeCaptureStreams m_captureStreams{m_calls};
     FakeProcessInfo m_processInfo;
     FakeTimers m_timers;
 };

@@ -185,13 +185,15 @@ OSStatus Connection::waitUntil(FunctionRef<bool()> condition, std::chrono::nanos
             return -ENOTCONN;
         if (!m_responsive)
             return -ETIMEDOUT;
-        if (std::chrono::steady_clock::now() >= deadline) {
+        const auto now = std::chrono::steady_clock::now();
+        if (now >= deadline) {
             m_responsive = false;
             roundTrip([](bool) {});
             return -ETIMEDOUT;
         }
         timespec until{};
-        pw_thread_loop_get_time(m_loop->thread.get(), &until, recheck.count());
+        const auto pause = std::min<std::chrono::nanoseconds>(recheck, deadline - now);
+        pw_thread_loop_get_time(m_loop->thread.get(), &until, pause.count());
         pw_thread_loop_timed_wait_full(m_loop->thread.get(), &until);
     }
     return noErr;

@@ -35,7 +35,10 @@ void GraphSession::connected(pw_core *core)
 {
     const auto changed = [this] { m_connection.scheduleUpdate(); };
     m_isDenied = false;
-    m_registry = std::make_unique<Registry>(core, m_graph, changed);
+    m_registry = std::make_unique<Registry>(core, m_graph, changed, [this](GlobalId id) {
+        if (m_linker && m_graph.port(id) != nullptr)
+            m_linker->forgetPort(id);
+    });
     m_linker = std::make_unique<Linker>(core, changed);
     m_rights = std::make_unique<ClientRights>(core, [this] { m_connection.wake(); });
     for (const auto &[node, role] : m_nodes)
@@ -49,6 +52,8 @@ void GraphSession::disconnecting()
         node->release();
     m_rights.reset();
     m_registry.reset();
+    for (GraphWatcher *watcher : m_watchers)
+        watcher->serverLost();
 }
 
 void GraphSession::accessDenied()
@@ -61,6 +66,8 @@ void GraphSession::accessDenied()
 
 void GraphSession::update()
 {
+    for (GraphWatcher *watcher : m_watchers)
+        watcher->graphChanged();
     if (m_linker)
         m_linker->setWanted(plannedLinks());
     m_connection.wake();
@@ -133,6 +140,8 @@ LinkWishes GraphSession::wishes() const
             wishes.outputs.push_back({*id, output->deviceName});
         else if (const auto *tap = std::get_if<TapRole>(&role))
             wishes.taps.push_back({*id, tap->excludedProcesses, verdict.heldStreams, verdict.isTapInOrder});
+        else if (const auto *stream = std::get_if<StreamRole>(&role))
+            wishes.taps.push_back({*id, stream->excludedProcesses, verdict.heldStreams, false, stream->onlyProcess});
         else if (std::holds_alternative<InputRole>(role))
             wishes.inputs.push_back({*id, verdict.isMicrophoneInOrder});
     }

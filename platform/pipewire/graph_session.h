@@ -25,10 +25,27 @@ struct InputRole {
 struct TapRole {
     std::set<std::int32_t> excludedProcesses;
 };
+/// Hears applications as a tap does, but hands on what it hears aside of the cycles: nobody waits for it.
+struct StreamRole {
+    std::optional<std::int32_t> onlyProcess; ///< none: all but the excluded
+    std::set<std::int32_t> excludedProcesses;
+};
 /// On its way out: to be linked with nothing any more.
 struct LeavingRole {
 };
-using NodeRole = std::variant<OutputRole, InputRole, TapRole, LeavingRole>;
+using NodeRole = std::variant<OutputRole, InputRole, TapRole, StreamRole, LeavingRole>;
+
+/// Wants to know what becomes of the graph. Called under the control lock.
+class GraphWatcher
+{
+  public:
+    virtual ~GraphWatcher() = default;
+
+    /// Something has changed, on the server's side or ours; links are planned next.
+    virtual void graphChanged() = 0;
+    /// The connection has ended, and with it our nodes; they will be made anew on the next one.
+    virtual void serverLost() = 0;
+};
 
 /// Our part of the server's graph: the nodes that we want to be there and their links. Says what shall be; whenever
 /// something changes, on our side or the server's, it makes it so, also after the server has been restarted.
@@ -55,6 +72,9 @@ class GraphSession final : private Connection::Observer
     void setRole(FilterNode &node, NodeRole role);
     /// Takes the node out of the graph; waits for the server if it is one that answers.
     void remove(FilterNode &node);
+
+    void addWatcher(GraphWatcher &watcher) { m_watchers.insert(&watcher); }
+    void removeWatcher(GraphWatcher &watcher) { m_watchers.erase(&watcher); }
 
     /// Waits until the node and all its ports are in the graph.
     OSStatus waitUntilThere(const FilterNode &node);
@@ -98,6 +118,7 @@ class GraphSession final : private Connection::Observer
     Graph m_graph;
     ObjectIds m_ids;
     std::map<FilterNode *, NodeRole> m_nodes;
+    std::set<GraphWatcher *> m_watchers;
     std::unique_ptr<Registry> m_registry;
     std::unique_ptr<Linker> m_linker;
     std::unique_ptr<ClientRights> m_rights;

@@ -126,6 +126,8 @@ bool isTapped(const Graph &graph, const GraphNode &node, const TapWish &wish)
     if (node.mediaClass != "Stream/Output/Audio")
         return false;
     const std::optional<std::int32_t> process = graph.processOf(node);
+    if (wish.onlyProcess && process != wish.onlyProcess)
+        return false;
     if (process && wish.excludedProcesses.contains(*process))
         return false;
     // What has passed through a sink was captured where it went in; a second time would be an echo, and what plays our

@@ -33,6 +33,7 @@ struct TapWish {
     std::set<std::int32_t> excludedProcesses;
     std::set<GlobalId> heldStreams; ///< not to be linked for now
     bool isInOrder = true;
+    std::optional<std::int32_t> onlyProcess = std::nullopt; ///< nobody else's streams
 };
 struct LinkWishes {
     std::vector<OutputWish> outputs;

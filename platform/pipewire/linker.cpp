@@ -58,6 +58,12 @@ void Linker::setWanted(const std::set<GraphLink> &wanted)
     }
 }
 
+void Linker::forgetPort(GlobalId port)
+{
+    std::erase_if(
+        m_owned, [port](const auto &entry) { return entry.first.outputPort == port || entry.first.inputPort == port; });
+}
+
 OSStatus Linker::statusOf(const GraphLink &link) const
 {
     const auto found = m_owned.find(link);

@@ -25,6 +25,10 @@ class Linker
 
     void setWanted(const std::set<GraphLink> &wanted);
 
+    /// Lets go of the port's links, at once when it has gone: its id may be another port's before anybody plans anew,
+    /// and the link of before must not be taken for that one's.
+    void forgetPort(GlobalId port);
+
     /// Why the link could not be made; noErr while it may still come. A failed link is not tried again until it has not
     /// been wanted for once, as when one of its ports has gone.
     OSStatus statusOf(const GraphLink &link) const;

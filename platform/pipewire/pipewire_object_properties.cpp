@@ -1,6 +1,6 @@
 #include "platform/pipewire/pipewire_object_properties.h"
 
-#include "platform/stream_configuration.h"
+#include "platform/audio_buffer_list.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -123,8 +123,8 @@ PipeWireObjectProperties::Value PipeWireObjectProperties::readDevice(const Graph
         std::vector<AudioBuffer> buffers;
         if (const std::size_t channels = m_session.graph().playbackPorts(device).size(); channels > 0)
             buffers.push_back({static_cast<std::uint32_t>(channels), 0, nullptr});
-        std::vector<std::byte> bytes(streamConfigurationSize(buffers.size()));
-        writeStreamConfiguration(buffers, bytes);
+        std::vector<std::byte> bytes(audioBufferListSize(buffers.size()));
+        writeAudioBufferList(buffers, bytes);
         return {noErr, std::move(bytes), {}};
     }
     default:

@@ -8,6 +8,7 @@
 #include "platform/pipewire/pipewire_object_properties.h"
 #include "platform/pipewire/pipewire_process_taps.h"
 #include "platform/pipewire/pipewire_screen_capture_access.h"
+#include "platform/pipewire/pipewire_streams.h"
 
 #include <pipewire/pipewire.h>
 
@@ -38,6 +39,7 @@ struct PipeWireSystem::Parts {
     PipeWireAudioUnits units{session};
     PipeWireScreenCaptureAccess access{session};
     PipeWireAudioClients clients{session};
+    PipeWireStreams streams{session};
 };
 
 PipeWireSystem::PipeWireSystem() : m_parts(std::make_unique<Parts>()) {}
@@ -74,6 +76,10 @@ ScreenCaptureAccess &PipeWireSystem::screenCaptureAccess()
 AudioClients &PipeWireSystem::audioClients()
 {
     return m_parts->clients;
+}
+SCStreams &PipeWireSystem::captureStreams()
+{
+    return m_parts->streams;
 }
 
 } // namespace tolvenary

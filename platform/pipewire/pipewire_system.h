@@ -12,6 +12,7 @@ class AudioServer;
 class AudioUnits;
 class IOProcs;
 class ProcessTaps;
+class SCStreams;
 class ScreenCaptureAccess;
 
 /// What PipeWire contributes to the platform. Construction begins to connect and returns at once; a server that is
@@ -32,6 +33,7 @@ class PipeWireSystem
     AudioUnits &audioUnits();
     ScreenCaptureAccess &screenCaptureAccess();
     AudioClients &audioClients();
+    SCStreams &captureStreams();
 
   private:
     struct Parts;

@@ -121,9 +121,10 @@ const pw_client_events Registry::Events::clientEvents = Events::client();
 const pw_metadata_events Registry::Events::defaultsEvents = Events::metadata<&Registry::defaultsChanged>();
 const pw_metadata_events Registry::Events::settingsEvents = Events::metadata<&Registry::settingsChanged>();
 
-Registry::Registry(pw_core *core, Graph &graph, std::function<void()> changed)
+Registry::Registry(pw_core *core, Graph &graph, std::function<void()> changed, std::function<void(GlobalId)> removed)
     : m_graph(graph),
       m_changed(std::move(changed)),
+      m_removed(std::move(removed)),
       m_registry(reinterpret_cast<pw_proxy *>(pw_core_get_registry(core, PW_VERSION_REGISTRY, 0))),
       m_hook(makeHook())
 {
@@ -176,6 +177,7 @@ void Registry::bind(GlobalId id, const char *type, std::uint32_t version, const 
 
 void Registry::globalRemoved(GlobalId id)
 {
+    m_removed(id);
     m_bound.erase(id);
     m_graph.nodes.erase(id);
     m_graph.ports.erase(id);

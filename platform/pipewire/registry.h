@@ -17,8 +17,8 @@ namespace tolvenary
 class Registry
 {
   public:
-    /// `changed` is called after each change of the graph.
-    Registry(pw_core *core, Graph &graph, std::function<void()> changed);
+    /// `changed` is called after each change of the graph, `removed` before it where that is an object's going.
+    Registry(pw_core *core, Graph &graph, std::function<void()> changed, std::function<void(GlobalId)> removed);
     ~Registry();
     Registry(const Registry &) = delete;
     Registry &operator=(const Registry &) = delete;
@@ -41,6 +41,7 @@ class Registry
 
     Graph &m_graph;
     std::function<void()> m_changed;
+    std::function<void(GlobalId)> m_removed;
     PwHandle<pw_proxy> m_registry;
     PwHandle<spa_hook> m_hook;
     std::map<GlobalId, std::unique_ptr<Bound>> m_bound;

@@ -5,8 +5,8 @@
 namespace tolvenary
 {
 
-/// A node of ours from its making to its end: in the session, and so in the graph whenever there is a server. Main
-/// thread.
+/// A node of ours from its making to its end: in the session, and so in the graph whenever there is a server.
+/// One thread, and not the control thread.
 class SessionNode
 {
   public:

@@ -113,6 +113,18 @@ TEST_F(TapBufferConversionTest, interleavedSamplesArriveInTheirChannels)
     EXPECT_TRUE(m_tap->hasConverter());
 }
 
+TEST_F(TapBufferConversionTest, aFormatThatDiffersInNothingButADetailIsConvertedAllTheSame)
+{
+    auto format = standardFormat().streamDescription();
+    format.mFormatFlags |= kAudioFormatFlagIsNonMixable;
+    run(format);
+    cycle({bufferOf(m_left), bufferOf(m_right)});
+    ASSERT_EQ(m_delivered.size(), 1U);
+    EXPECT_TRUE(m_tap->hasConverter());
+    EXPECT_EQ(m_delivered[0]->format(), standardFormat());
+    EXPECT_THAT(channelOf(*m_delivered[0], 1), ElementsAre(5, 6, 7, 8));
+}
+
 TEST_F(TapBufferConversionTest, zeroBytesPerFrameCountAsOne)
 {
     auto format = standardFormat().streamDescription();

@@ -60,6 +60,7 @@ class FailingPlatform final : public Platform,
     AVCaptureDevice &captureDevice() override { return *this; }
     ScreenCaptureAccess &screenCaptureAccess() override { return *this; }
     SCShareableContent &shareableContent() override { return m_real.shareableContent(); }
+    SCStreams &captureStreams() override { return m_real.captureStreams(); }
     ProcessInfo &processInfo() override { return m_real.processInfo(); }
     Timers &timers() override { return m_real.timers(); }
 

@@ -71,11 +71,16 @@ void MixBed::unplugAll()
     m_device.reset();
 }
 
-void MixBed::launch()
+void MixBed::settle()
 {
     std::atomic<bool> settled = false; // the answer may come on any thread
     m_platform->audioServer().settle([&](bool /*answered*/) { settled = true; });
     waitFor([&] { return settled.load(); });
+}
+
+void MixBed::launch()
+{
+    settle();
     m_mix->refreshBlackHole();
     QCoro::waitFor(m_mix->refreshApps());
 }

@@ -49,6 +49,8 @@ class MixBed
     void unplugAll();
     void plugAll();
 
+    /// Waits until the program knows what the server has to tell, or that it does not answer.
+    void settle();
     /// What the panel does at launch: both lists.
     void launch();
     /// Launches, picks the player, or this very process where there is none, and presses Start. Returns the status.

@@ -91,6 +91,9 @@ TEST(AVAudioFormat, formatsThatDifferInOneThingAreNotEqual)
     EXPECT_NE(format, standardFormat(48000, 1));
     EXPECT_NE(format, pcmFormat(48000, 2, 32, kAudioFormatFlagIsFloat));
     EXPECT_NE(format, pcmFormat(48000, 2, 32, kAudioFormatFlagIsSignedInteger | kAudioFormatFlagIsNonInterleaved));
+    EXPECT_NE(format,
+              pcmFormat(48000, 2, 32,
+                        kAudioFormatFlagIsFloat | kAudioFormatFlagIsNonInterleaved | kAudioFormatFlagIsNonMixable));
 }
 
 TEST(AVAudioFormat, whatIsNoReadableLinearPcmHasNoFormat)

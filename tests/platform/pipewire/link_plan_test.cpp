@@ -182,6 +182,30 @@ TEST(LinkPlan, anExcludedProcessIsNotTapped)
     EXPECT_THAT(tapLinks(built, built.tapNode()), IsEmpty());
 }
 
+TEST(LinkPlan, whoAsksForOneProcessHearsAllItsStreamsAndNobodyElses)
+{
+    GraphBuilder built;
+    const GlobalId first = built.stream(player, {"MONO"});
+    built.stream(ownProcess, {"MONO"});
+    built.stream(3, {"MONO"});
+    const GlobalId second = built.stream(player, {"MONO"});
+    built.node("nobody's", "Stream/Output/Audio");
+    TapWish wish;
+    wish.onlyProcess = player;
+    EXPECT_THAT(tappedStreams(built.graph, wish), UnorderedElementsAre(first, second));
+}
+
+TEST(LinkPlan, aStreamOfTheWantedProcessThatHasPassedThroughASinkIsNotHeardTwice)
+{
+    GraphBuilder built;
+    const GlobalId sink = built.sink("effects", {"FL", "FR"}, "chain");
+    built.stream(player, {"FL", "FR"}, "chain");
+    ASSERT_NE(sink, 0U);
+    TapWish wish;
+    wish.onlyProcess = player;
+    EXPECT_THAT(tappedStreams(built.graph, wish), IsEmpty());
+}
+
 TEST(LinkPlan, aTapThatExcludesNobodyTapsEveryProcess)
 {
     GraphBuilder built;

@@ -20,6 +20,8 @@ PlayerOptions PlayerOptions::parse(const std::vector<std::string> &arguments)
             options.feed = true;
         else if (word == "--withhold")
             options.withhold = true;
+        else if (word == "--keep-channels")
+            options.keepChannels = true;
         else if (const auto equals = word.find('='); equals != std::string::npos) {
             options.channels.push_back(word.substr(0, equals));
             options.sounds.push_back(SignalSource::parse(word.substr(equals + 1)));

@@ -33,6 +33,7 @@ pw_properties *properties(const PlayerOptions &options)
     } else {
         pw_properties_set(made, PW_KEY_MEDIA_CATEGORY, "Playback");
         pw_properties_set(made, PW_KEY_MEDIA_ROLE, "Music");
+        pw_properties_set(made, PW_KEY_STREAM_DONT_REMIX, options.keepChannels ? "true" : nullptr);
     }
     return made;
 }

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "platform/audio/av_audio_converter.h"
+#include "platform/audio/av_audio_pcm_buffer_pool.h"
+#include "platform/capture_stream.h"
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+namespace tolvenary
+{
+
+/// Takes the audio samples of a screen-capture stream and hands them on in one format, as ProcessAudioTap does with
+/// what it taps. What cannot become a buffer is dropped without a word.
+///
+/// Unlike a tap, whose device has one format for its life, a stream may change its format from one sample buffer to the
+/// next; the converter is then made anew.
+///
+/// Thread: the stream's queue, all of it, `onBuffer` included. It is no real-time thread, so that converters and lists
+/// may be made here when they are needed.
+class AppStreamOutput final : public SCStreamOutput
+{
+  public:
+    /// Takes each block, in the target format. The buffer is new for the call and the callee's to keep.
+    using OnBuffer = std::function<void(AVAudioPCMBufferPtr buffer)>;
+
+    /// The pool outlives the output and the buffers.
+    AppStreamOutput(AVAudioPCMBufferPool &pool, const AVAudioFormat &targetFormat, OnBuffer onBuffer);
+
+    void streamDidOutputSampleBufferOfType(SCStream &stream, const CMSampleBuffer &sampleBuffer,
+                                           SCStreamOutputType type) override;
+
+    /// The one in use; null before there was anything to convert, or where that could not be.
+    const AVAudioConverter *converter() const { return m_converter.get(); }
+
+  private:
+    AVAudioPCMBufferPtr pcmBufferFrom(const CMSampleBuffer &sampleBuffer);
+    AVAudioPCMBufferPtr convertIfNeeded(AVAudioPCMBufferPtr buffer);
+    bool prepareConverter(const AVAudioFormat &format);
+
+    AVAudioPCMBufferPool &m_pool;
+    const AVAudioFormat m_targetFormat;
+    const OnBuffer m_onBuffer;
+    std::unique_ptr<AVAudioConverter> m_converter;
+    std::optional<AVAudioFormat> m_sourceFormat; ///< what the converter was made for
+};
+
+} // namespace tolvenary

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "platform/capture_stream.h"
+
+namespace tolvenary
+{
+
+/// Takes a stream's pictures and throws them away: a stream that captures an application's sound captures its picture
+/// too, and wants to be rid of it.
+class ScreenSinkOutput final : public SCStreamOutput
+{
+  public:
+    void streamDidOutputSampleBufferOfType(SCStream &, const CMSampleBuffer &, SCStreamOutputType) override {}
+};
+
+} // namespace tolvenary

@@ -1,0 +1,52 @@
+#include "core/answer.h"
+#include "core/mix_coordinator.h"
+
+#include <QPointer>
+
+#include <algorithm>
+#include <utility>
+
+namespace tolvenary
+{
+
+std::shared_ptr<AppStreamOutput> MixCoordinator::makeStreamOutput()
+{
+    return std::make_shared<AppStreamOutput>(m_pool, m_mixFormat, appBufferCallback());
+}
+
+void MixCoordinator::setStream(std::unique_ptr<SCStream> stream, std::shared_ptr<AppStreamOutput> streamOutput,
+                               std::shared_ptr<StreamErrorDelegate> streamDelegate,
+                               std::shared_ptr<ScreenSinkOutput> screenSink)
+{
+    releaseStream();
+    m_stream = std::move(stream);
+    m_streamOutput = std::move(streamOutput);
+    m_streamDelegate = std::move(streamDelegate);
+    m_screenSink = std::move(screenSink);
+}
+
+/// The stream is asked to stop in a task of its own, which nobody waits for. Without its output it has nobody to
+/// deliver to meanwhile; it is kept until then, because what it may still be delivering comes from our pool.
+void MixCoordinator::releaseStream()
+{
+    if (m_stream != nullptr) {
+        SCStream *const stream = m_stoppingStreams.emplace_back(std::move(m_stream)).get();
+        QMetaObject::invokeMethod(
+            this, [this, stream] { stopStream(stream); }, Qt::QueuedConnection);
+    }
+    m_streamOutput.reset();
+    m_streamDelegate.reset();
+    m_screenSink.reset();
+}
+
+/// How the stop goes does not matter any more.
+QCoro::Task<void> MixCoordinator::stopStream(SCStream *stream)
+{
+    const QPointer<MixCoordinator> self(this);
+    co_await answer<Result<void>>(
+        [stream](auto handler) { stream->stopCaptureWithCompletionHandler(std::move(handler)); });
+    if (self)
+        std::erase_if(m_stoppingStreams, [stream](const auto &stopping) { return stopping.get() == stream; });
+}
+
+} // namespace tolvenary

@@ -28,6 +28,7 @@ class LinuxPlatform final : public Platform
     SCShareableContent &shareableContent() override;
     ProcessInfo &processInfo() override;
     Timers &timers() override;
+    NSWorkspace &workspace() override;
 
   private:
     struct Parts;

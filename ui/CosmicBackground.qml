@@ -7,8 +7,6 @@ import Tolvenary
 Item {
     id: background
 
-    property bool restful: false
-
     CosmicGradient {
         anchors.fill: parent
         base: [Theme.window, Theme.dusk, Theme.night]
@@ -24,6 +22,6 @@ Item {
         objectName: "stars"
         anchors.fill: parent
         opacity: 0.85
-        restful: background.restful
+        restful: Motion.reduced
     }
 }

@@ -26,6 +26,7 @@ T.Button {
 
         response: 0.2
         dampingFraction: 0.7
+        restful: Motion.reduced
         target: control.down ? 0.96 : 1
     }
 

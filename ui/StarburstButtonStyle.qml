@@ -31,6 +31,7 @@ T.Button {
 
         response: 0.25
         dampingFraction: 0.7
+        restful: Motion.reduced
         target: control.down ? 0.96 : 1
     }
 

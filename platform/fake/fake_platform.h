@@ -11,6 +11,7 @@
 #include "platform/fake/fake_screen_capture_access.h"
 #include "platform/fake/fake_shareable_content.h"
 #include "platform/fake/fake_timers.h"
+#include "platform/fake/fake_workspace.h"
 #include "platform/platform.h"
 
 namespace tolvenary
@@ -33,6 +34,7 @@ class FakePlatform final : public Platform
     FakeShareableContent &shareableContent() override { return m_shareableContent; }
     FakeProcessInfo &processInfo() override { return m_processInfo; }
     FakeTimers &timers() override { return m_timers; }
+    FakeWorkspace &workspace() override { return m_workspace; }
 
     FakeCalls &calls() { return m_calls; }
     FakeObjects &objects() { return m_objects; }
@@ -54,6 +56,7 @@ class FakePlatform final : public Platform
     FakeShareableContent m_shareableContent{m_calls};
     FakeProcessInfo m_processInfo;
     FakeTimers m_timers;
+    FakeWorkspace m_workspace;
 };
 
 } // namespace tolvenary

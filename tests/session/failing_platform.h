@@ -62,6 +62,7 @@ class FailingPlatform final : public Platform,
     SCShareableContent &shareableContent() override { return m_real.shareableContent(); }
     ProcessInfo &processInfo() override { return m_real.processInfo(); }
     Timers &timers() override { return m_real.timers(); }
+    NSWorkspace &workspace() override { return m_real.workspace(); }
 
   private:
     bool fails(FailingCall call) const { return call == m_call; }

@@ -2,6 +2,7 @@
 
 #include "app/window_style.h"
 #include "tests/core/event_loop.h"
+#include "ui/motion.h"
 #include "ui/star_field.h"
 
 #include <QQuickWindow>
@@ -30,11 +31,16 @@ StageWindow::StageWindow(PanelStage &stage, const QSize &size) : m_stage(stage)
         throw std::runtime_error("no window: " + m_warnings.join('\n').toStdString());
     auto *stars = qobject_cast<StarField *>(item("stars"));
     stars->setStars(referenceStars());
-    stars->setRestful(true);
+    motion().setReduced(true);
     styleWindow(*m_window);
     m_window->resize(size);
     m_window->show();
     waitUntil([&] { return m_window->isExposed(); });
+}
+
+Motion &StageWindow::motion()
+{
+    return *m_engine.singletonInstance<Motion *>(qmlTypeId("Tolvenary", 1, 0, "Motion"));
 }
 
 QQuickItem *StageWindow::item(const QString &name, QQuickItem *root) const

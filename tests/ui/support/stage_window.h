@@ -8,17 +8,23 @@
 
 class QQuickWindow;
 
+namespace tolvenary
+{
+class Motion;
+}
+
 namespace tolvenary::test
 {
 
-/// The real window of the panel, showing a stage. Its stars are the reference's and rest. A warning of the QML engine
-/// is kept for the test to look at.
+/// The real window of the panel, showing a stage. Its stars are the reference's, and nothing moves until its motion is
+/// set otherwise. A warning of the QML engine is kept for the test to look at.
 class StageWindow
 {
   public:
     StageWindow(PanelStage &stage, const QSize &size);
 
     QQuickWindow &window() { return *m_window; }
+    Motion &motion();
     const QStringList &warnings() const { return m_warnings; }
 
     /// The first item of that name, looked for below `root` or in the whole window; null if there is none.

@@ -19,7 +19,11 @@ T.Button {
     scale: spring.value
     focusPolicy: Qt.StrongFocus
 
-    Accessible.onPressAction: control.clicked()
+    // Assistive tools may press what is disabled, as this toolkit does not tell them.
+    Accessible.onPressAction: {
+        if (control.enabled)
+            control.clicked();
+    }
 
     Spring {
         id: spring

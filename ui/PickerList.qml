@@ -26,6 +26,10 @@ ListView {
 
     function showChosenRow() {
         pointed = false;
+        // From the top, because assistive tools list the rows in the order of their making.
+        currentIndex = -1;
+        positionViewAtBeginning();
+        forceLayout();
         currentIndex = rows.selectedRow;
         positionViewAtIndex(Math.max(0, rows.selectedRow), ListView.Contain);
     }

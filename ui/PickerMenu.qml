@@ -27,6 +27,8 @@ T.Popup {
     dim: false
     closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutside
     onAboutToShow: list.showChosenRow()
+    // The box that a popup puts around its list, which assistive tools meet as a dialog.
+    Component.onCompleted: contentItem.parent.Accessible.name = title
 
     background: GlassShape {
         radius: Theme.chipRadius

@@ -20,6 +20,7 @@ T.Button {
     scale: spring.value
     focusPolicy: Qt.StrongFocus
 
+    Accessible.description: enabled ? "" : qsTr("Unavailable")
     // Assistive tools are not told that a button is disabled, and may press it all the same.
     Accessible.onPressAction: {
         if (enabled)

@@ -102,11 +102,6 @@ int worstSquare(const QImage &one, const QImage &other)
 
 } // namespace
 
-void PrintTo(const ReferenceState &state, std::ostream *out)
-{
-    *out << state.name.toStdString();
-}
-
 TEST_P(Look, everyBoxLiesWithinAPointOfItsPlace)
 {
     for (const auto &[path, expected] : expectedBoxes(GetParam().name)) {
@@ -154,10 +149,7 @@ TEST_P(Look, nothingWarns)
     EXPECT_TRUE(m_shown->warnings().isEmpty()) << m_shown->warnings().join('\n').toStdString();
 }
 
-INSTANTIATE_TEST_SUITE_P(States, Look, testing::ValuesIn(referenceStates()), [](const auto &info) {
-    return info.param.name.toStdString() == "running-900x700"
-               ? std::string("running_900x700")
-               : QString(info.param.name).replace('-', '_').toStdString();
-});
+INSTANTIATE_TEST_SUITE_P(States, Look, testing::ValuesIn(referenceStates()),
+                         [](const auto &info) { return testName(info.param); });
 
 } // namespace tolvenary::test

@@ -15,7 +15,7 @@ namespace tolvenary::test
 class AccessiblePanel
 {
   public:
-    explicit AccessiblePanel(StageWindow &shown);
+    explicit AccessiblePanel(StageWindow &shown) : m_shown(shown) {}
 
     /// All that shows, parents before children.
     std::vector<QAccessibleInterface *> elements() const;

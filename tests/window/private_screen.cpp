@@ -1,7 +1,9 @@
 #include "tests/window/private_screen.h"
 
+#include "tests/core/event_loop.h"
 #include "tests/session/support/wait_until.h"
 
+#include <QAccessible>
 #include <QDBusConnection>
 #include <QDBusMessage>
 
@@ -60,6 +62,8 @@ void PrivateScreen::bringAssistiveTools()
         QDBusMessage::createMethodCall("org.a11y.Bus", "/org/a11y/bus", "org.a11y.Bus", "GetAddress"));
     if (answer.type() != QDBusMessage::ReplyMessage)
         throw std::runtime_error("no accessibility bus: " + answer.errorMessage().toStdString());
+    if (!waitUntil([] { return QAccessible::isActive(); }))
+        throw std::runtime_error("the application does not talk to assistive tools");
 }
 
 void PrivateScreen::manageWindows()

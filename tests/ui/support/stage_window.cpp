@@ -54,6 +54,14 @@ QQuickItem *StageWindow::item(const QString &name, QQuickItem *root) const
     return nullptr;
 }
 
+void StageWindow::takeNaturalSize(const QSize &least)
+{
+    const auto *content = m_window->property("content").value<QQuickItem *>();
+    const QSizeF natural(content->implicitWidth(), content->implicitHeight());
+    m_window->resize(natural.toSize().expandedTo(least));
+    waitUntil([&] { return m_window->contentItem()->size().toSize() == m_window->size(); });
+}
+
 QImage StageWindow::picture()
 {
     processEvents();

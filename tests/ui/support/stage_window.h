@@ -30,6 +30,9 @@ class StageWindow
     /// The first item of that name, looked for below `root` or in the whole window; null if there is none.
     QQuickItem *item(const QString &name, QQuickItem *root = nullptr) const;
 
+    /// Makes the window as large as its panel asks for, and at least as large as that.
+    void takeNaturalSize(const QSize &least);
+
     /// What the window shows, in pixels.
     QImage picture();
 

@@ -143,12 +143,6 @@ TEST_P(Look, thePictureIsTheReferences)
     EXPECT_LE(worstSquare(points, reference), 26);
 }
 
-TEST_P(Look, nothingWarns)
-{
-    m_shown->picture();
-    EXPECT_TRUE(m_shown->warnings().isEmpty()) << m_shown->warnings().join('\n').toStdString();
-}
-
 INSTANTIATE_TEST_SUITE_P(States, Look, testing::ValuesIn(referenceStates()),
                          [](const auto &info) { return testName(info.param); });
 

@@ -1,3 +1,4 @@
+#include "tests/ui/support/warning_watch.h"
 #include "tests/window/private_screen.h"
 
 #include <QGuiApplication>
@@ -39,6 +40,7 @@ class OnScreen : public testing::Environment
 int main(int argc, char **argv)
 {
     testing::InitGoogleTest(&argc, argv);
+    tolvenary::test::failOnWarnings();
     testing::AddGlobalTestEnvironment(new OnScreen(argc, argv));
     return RUN_ALL_TESTS();
 }

@@ -18,17 +18,13 @@ namespace tolvenary::test
 
 StageWindow::StageWindow(PanelStage &stage, const QSize &size) : m_stage(stage)
 {
-    QObject::connect(&m_engine, &QQmlEngine::warnings, &m_engine, [this](const QList<QQmlError> &errors) {
-        for (const QQmlError &error : errors)
-            m_warnings.append(error.toString());
-    });
     m_engine.addImportPath("qrc:/qt/qml");
     m_engine.setInitialProperties({{"coordinator", QVariant::fromValue(&stage.coordinator())},
                                    {"actions", QVariant::fromValue(&stage.actions())}});
     m_engine.load(QUrl("qrc:/qt/qml/Tolvenary/PanelWindow.qml"));
     m_window = qobject_cast<QQuickWindow *>(m_engine.rootObjects().value(0));
     if (!m_window)
-        throw std::runtime_error("no window: " + m_warnings.join('\n').toStdString());
+        throw std::runtime_error("no window");
     auto *stars = qobject_cast<StarField *>(item("stars"));
     stars->setStars(referenceStars());
     motion().setReduced(true);

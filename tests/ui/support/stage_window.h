@@ -17,7 +17,7 @@ namespace tolvenary::test
 {
 
 /// The real window of the panel, showing a stage. Its stars are the reference's, and nothing moves until its motion is
-/// set otherwise. A warning of the QML engine is kept for the test to look at.
+/// set otherwise.
 class StageWindow
 {
   public:
@@ -25,7 +25,6 @@ class StageWindow
 
     QQuickWindow &window() { return *m_window; }
     Motion &motion();
-    const QStringList &warnings() const { return m_warnings; }
 
     /// The first item of that name, looked for below `root` or in the whole window; null if there is none.
     QQuickItem *item(const QString &name, QQuickItem *root = nullptr) const;
@@ -42,7 +41,6 @@ class StageWindow
     PanelStage &m_stage;
     QQmlApplicationEngine m_engine;
     QQuickWindow *m_window = nullptr;
-    QStringList m_warnings;
 };
 
 } // namespace tolvenary::test

@@ -64,6 +64,15 @@ ListView {
             event.accepted = false;
     }
 
+    // A view follows its rows only with the next frame: until then the highlight would lie on a neighbour.
+    Connections {
+        target: list.rows
+
+        function onTextsChanged() {
+            list.forceLayout();
+        }
+    }
+
     TypeAhead {
         id: typeAhead
 

@@ -18,6 +18,7 @@ class OnScreen : public testing::Environment
     void SetUp() override
     {
         m_screen.emplace();
+        m_screen->manageWindows();
         m_application.emplace(m_count, m_arguments);
         m_screen->bringAssistiveTools();
     }

@@ -1,5 +1,6 @@
 #include "app/linux_platform.h"
 
+#include "platform/desktop/desktop_workspace.h"
 #include "platform/desktop/portal_capture_device.h"
 #include "platform/desktop/qt_timers.h"
 #include "platform/desktop/running_applications.h"
@@ -15,6 +16,7 @@ struct LinuxPlatform::Parts {
     RunningApplications applications{pipeWire.audioClients()};
     UnixProcessInfo processInfo;
     QtTimers timers;
+    DesktopWorkspace workspace;
 };
 
 LinuxPlatform::LinuxPlatform() : m_parts(std::make_unique<Parts>()) {}
@@ -67,6 +69,10 @@ ProcessInfo &LinuxPlatform::processInfo()
 Timers &LinuxPlatform::timers()
 {
     return m_parts->timers;
+}
+NSWorkspace &LinuxPlatform::workspace()
+{
+    return m_parts->workspace;
 }
 
 } // namespace tolvenary

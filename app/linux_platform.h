@@ -29,6 +29,7 @@ class LinuxPlatform final : public Platform
     SCStreams &captureStreams() override;
     ProcessInfo &processInfo() override;
     Timers &timers() override;
+    NSWorkspace &workspace() override;
 
   private:
     struct Parts;

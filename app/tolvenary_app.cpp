@@ -5,6 +5,8 @@
 #include "core/answer.h"
 #include "platform/audio_server.h"
 #include "platform/platform.h"
+#include "platform/workspace.h"
+#include "ui/motion.h"
 
 #include <QPointer>
 #include <QQuickWindow>
@@ -22,6 +24,7 @@ TolvenaryApp::TolvenaryApp(Platform &platform) : m_platform(platform), m_coordin
 
 TolvenaryApp::~TolvenaryApp()
 {
+    m_platform.workspace().observeAccessibilityDisplayOptionsDidChange(nullptr);
     m_coordinator.teardown();
 }
 
@@ -35,6 +38,7 @@ bool TolvenaryApp::show()
     m_engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Tolvenary/PanelWindow.qml")));
     if (!window())
         return false;
+    followMotion();
     // Owned by the window's content, which outlives it in no case.
     new WindowAccessor(styleWindow, window()->contentItem());
     window()->show();
@@ -45,6 +49,17 @@ bool TolvenaryApp::show()
 QQuickWindow *TolvenaryApp::window() const
 {
     return m_engine.rootObjects().isEmpty() ? nullptr : qobject_cast<QQuickWindow *>(m_engine.rootObjects().first());
+}
+
+void TolvenaryApp::followMotion()
+{
+    auto *motion = m_engine.singletonInstance<Motion *>(qmlTypeId("Tolvenary", 1, 0, "Motion"));
+    NSWorkspace &workspace = m_platform.workspace();
+    const auto follow = [motion, &workspace] {
+        motion->setReduced(workspace.accessibilityDisplayShouldReduceMotion());
+    };
+    workspace.observeAccessibilityDisplayOptionsDidChange(follow);
+    follow();
 }
 
 QCoro::Task<void> TolvenaryApp::launch()

@@ -37,6 +37,7 @@ class TolvenaryApp : public QObject
     QQuickWindow *window() const;
 
   private:
+    void followMotion();
     QCoro::Task<void> launch();
 
     Platform &m_platform;

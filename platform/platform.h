@@ -9,6 +9,7 @@ class AudioObjectProperties;
 class AudioServer;
 class AudioUnits;
 class IOProcs;
+class NSWorkspace;
 class ProcessInfo;
 class ProcessTaps;
 class SCShareableContent;
@@ -34,6 +35,7 @@ class Platform
     virtual SCStreams &captureStreams() = 0;
     virtual ProcessInfo &processInfo() = 0;
     virtual Timers &timers() = 0;
+    virtual NSWorkspace &workspace() = 0;
 };
 
 } // namespace tolvenary

@@ -36,6 +36,8 @@ Item {
             Symbol {
                 objectName: "headingIcon"
                 y: (parent.height - height) / 2
+                width: implicitWidth * Typography.scale
+                height: implicitHeight * Typography.scale
                 name: card.icon
                 colors: [Theme.cyan, Theme.purple]
                 mirrored: card.LayoutMirroring.enabled

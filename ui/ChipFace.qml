@@ -10,8 +10,8 @@ Item {
     required property string text
     required property string symbol
 
-    implicitWidth: symbol === "" ? label.implicitWidth : picture.implicitWidth
-    implicitHeight: symbol === "" ? label.implicitHeight : picture.implicitHeight
+    implicitWidth: symbol === "" ? label.implicitWidth : picture.width
+    implicitHeight: symbol === "" ? label.implicitHeight : picture.height
     Accessible.ignored: true
 
     PanelText {
@@ -29,6 +29,8 @@ Item {
 
         objectName: "symbol"
         visible: face.symbol !== ""
+        width: implicitWidth * Typography.scale
+        height: implicitHeight * Typography.scale
         name: face.symbol
         colors: [Theme.white(0.9)]
     }

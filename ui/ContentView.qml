@@ -13,6 +13,8 @@ Item {
     // High enough for every state that the panel can take on.
     readonly property real roomyHeight: Math.max(Theme.leastSize, column.implicitHeight + output.growth + 2)
 
+    LayoutMirroring.enabled: Application.layoutDirection === Qt.RightToLeft
+    LayoutMirroring.childrenInherit: true
     implicitWidth: Theme.leastSize
     implicitHeight: Math.max(Theme.leastSize, column.implicitHeight)
 

@@ -8,7 +8,6 @@ Item {
     id: background
 
     property alias cornerRadius: gradient.cornerRadius
-    property bool restful: false
 
     CosmicGradient {
         id: gradient
@@ -27,6 +26,6 @@ Item {
         objectName: "stars"
         anchors.fill: parent
         opacity: 0.85
-        restful: background.restful
+        restful: Motion.reduced
     }
 }

@@ -10,8 +10,6 @@ Item {
     required property real value
     required property color color
     readonly property string text: value.toFixed(2) + "×"
-    // The widest digit of the rounded design, in parts of its size.
-    readonly property real cell: 0.708 * Typography.readOut.font.pixelSize
 
     implicitWidth: Math.max(56, digits.implicitWidth)
     implicitHeight: digits.implicitHeight
@@ -31,7 +29,7 @@ Item {
 
                 readonly property string sign: readOut.text.charAt(index)
 
-                width: sign >= "0" && sign <= "9" ? readOut.cell : implicitWidth
+                width: sign >= "0" && sign <= "9" ? Typography.readOut.digitWidth : implicitWidth
                 centered: true
                 face: Typography.readOut
                 text: sign

@@ -19,13 +19,18 @@ T.Button {
     scale: spring.value
     focusPolicy: Qt.StrongFocus
 
-    Accessible.onPressAction: control.clicked()
+    // Assistive tools may press what is disabled, as this toolkit does not tell them.
+    Accessible.onPressAction: {
+        if (control.enabled)
+            control.clicked();
+    }
 
     Spring {
         id: spring
 
         response: 0.2
         dampingFraction: 0.7
+        restful: Motion.reduced
         target: control.down ? 0.96 : 1
     }
 

@@ -52,7 +52,8 @@ CardSection {
             codeFamily: Typography.monospacedFamily
             markdown: qsTr("BlackHole not detected. Install via `brew install blackhole-2ch`.")
             color: Theme.white(0.85)
-            lines: 2
+            // A line more for letters half as large again: the width stays what it is.
+            lines: Math.ceil(2 * Typography.scale * Typography.scale)
             Accessible.role: Accessible.StaticText
             Accessible.name: text
         }

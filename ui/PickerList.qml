@@ -26,6 +26,10 @@ ListView {
 
     function showChosenRow() {
         pointed = false;
+        // From the top, because assistive tools list the rows in the order of their making.
+        currentIndex = -1;
+        positionViewAtBeginning();
+        forceLayout();
         currentIndex = rows.selectedRow;
         positionViewAtIndex(Math.max(0, rows.selectedRow), ListView.Contain);
     }
@@ -58,6 +62,15 @@ ListView {
             picked(currentIndex);
         else
             event.accepted = false;
+    }
+
+    // A view follows its rows only with the next frame: until then the highlight would lie on a neighbour.
+    Connections {
+        target: list.rows
+
+        function onTextsChanged() {
+            list.forceLayout();
+        }
     }
 
     TypeAhead {

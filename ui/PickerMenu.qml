@@ -10,13 +10,13 @@ T.Popup {
 
     required property PickerModel rows
     required property string title
-    required property Item button
+    required property T.ComboBox button
     readonly property PickerList list: contentItem as PickerList
     readonly property real rowHeight: Math.max(Theme.pickerHeight, Typography.body.lineHeight + 7)
 
     signal picked(int row)
 
-    x: -12
+    x: button.mirrored ? button.width - width + 12 : -12
     y: -padding - Math.max(0, rows.selectedRow) * rowHeight
     width: button.width + 17
     height: Math.min(rows.count * rowHeight + 2 * padding, T.Overlay.overlay.height - 2 * margins)
@@ -27,6 +27,8 @@ T.Popup {
     dim: false
     closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutside
     onAboutToShow: list.showChosenRow()
+    // The box that a popup puts around its list, which assistive tools meet as a dialog.
+    Component.onCompleted: contentItem.parent.Accessible.name = title
 
     background: GlassShape {
         radius: Theme.chipRadius
@@ -41,6 +43,9 @@ T.Popup {
         rows: menu.rows
         title: menu.title
         rowHeight: menu.rowHeight
+        // A popup lies outside of the panel and inherits nothing from it.
+        LayoutMirroring.enabled: menu.button.mirrored
+        LayoutMirroring.childrenInherit: true
         onPicked: row => {
             menu.close();
             menu.picked(row);

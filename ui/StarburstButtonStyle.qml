@@ -20,6 +20,7 @@ T.Button {
     scale: spring.value
     focusPolicy: Qt.StrongFocus
 
+    Accessible.description: enabled ? "" : qsTr("Unavailable")
     // Assistive tools are not told that a button is disabled, and may press it all the same.
     Accessible.onPressAction: {
         if (enabled)
@@ -31,6 +32,7 @@ T.Button {
 
         response: 0.25
         dampingFraction: 0.7
+        restful: Motion.reduced
         target: control.down ? 0.96 : 1
     }
 

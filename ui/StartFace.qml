@@ -25,6 +25,8 @@ Item {
         Symbol {
             objectName: "symbol"
             y: (parent.height - height) / 2
+            width: implicitWidth * Typography.scale
+            height: implicitHeight * Typography.scale
             name: face.symbol
             colors: [face.color]
         }

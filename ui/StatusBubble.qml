@@ -47,5 +47,11 @@ Item {
         text: bubble.text
         color: Theme.white(0.8)
         lines: 2
+        Accessible.role: Accessible.Notification
+    }
+
+    StatusAnnouncer {
+        status: bubble.text
+        speaker: message
     }
 }

@@ -12,7 +12,7 @@ void Spring::setTarget(qreal target)
     if (m_placed && target == m_target)
         return;
     // The first target is where the value begins; only a change of it is animated.
-    if (!m_placed) {
+    if (!m_placed || m_restful) {
         m_placed = true;
         m_target = target;
         settle();
@@ -25,6 +25,18 @@ void Spring::setTarget(qreal target)
     m_start = {m_value - target, speed};
     emit targetChanged();
     start();
+}
+
+void Spring::setRestful(bool restful)
+{
+    if (restful == m_restful)
+        return;
+    m_restful = restful;
+    if (restful && m_placed) {
+        stop();
+        settle();
+    }
+    emit restfulChanged();
 }
 
 void Spring::updateCurrentTime(int milliseconds)

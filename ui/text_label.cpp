@@ -111,6 +111,8 @@ std::unique_ptr<QTextLayout> TextLabel::makeLayout(const std::vector<MarkdownSpa
     // The panel's direction decides on the side, not the script of what is shown.
     QTextOption option(m_centered ? Qt::AlignHCenter
                                   : Qt::AlignAbsolute | (m_mirrored ? Qt::AlignRight : Qt::AlignLeft));
+    // An English sentence stays one in a mirrored window.
+    option.setTextDirection(Qt::LayoutDirectionAuto);
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     layout->setTextOption(option);
     layout->beginLayout();

@@ -15,6 +15,7 @@ class TextStyle
     QML_VALUE_TYPE(textStyle)
     Q_PROPERTY(QFont font READ font CONSTANT FINAL)
     Q_PROPERTY(qreal lineHeight READ lineHeight CONSTANT FINAL)
+    Q_PROPERTY(qreal digitWidth READ digitWidth CONSTANT FINAL)
 
   public:
     TextStyle() = default;
@@ -27,6 +28,9 @@ class TextStyle
     QFont font() const { return m_font; }
     qreal lineHeight() const { return m_lineHeight; }
     qreal baseline() const { return m_baseline; }
+
+    /// The room that the widest digit takes.
+    qreal digitWidth() const;
 
     friend bool operator==(const TextStyle &, const TextStyle &) = default;
 

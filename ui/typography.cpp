@@ -86,10 +86,12 @@ bool Typography::eventFilter(QObject *watched, QEvent *event)
 TextStyle Typography::style(Design design, QFont::Weight weight, const Measures &measures) const
 {
     // The rounded family lacks some signs (the arrow of a heading): the standard one is asked before any other.
-    const QStringList families = design == Design::rounded
-                                     ? QStringList{QStringLiteral("Quicksand"), QStringLiteral("Inter")}
-                                     : QStringList{QStringLiteral("Inter")};
-    QFont font(families);
+    QStringList families{QStringLiteral("Inter")};
+    if (design == Design::rounded)
+        families.prepend(QStringLiteral("Quicksand"));
+    // Where neither is installed, what the user reads everything else in.
+    QFont font(families + QGuiApplication::font().families());
+    font.setStyleHint(QFont::SansSerif);
     font.setPixelSize(qRound(measures.size * m_scale));
     font.setWeight(weight);
     font.setHintingPreference(QFont::PreferNoHinting);

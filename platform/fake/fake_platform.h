@@ -12,6 +12,7 @@
 #include "platform/fake/fake_screen_capture_access.h"
 #include "platform/fake/fake_shareable_content.h"
 #include "platform/fake/fake_timers.h"
+#include "platform/fake/fake_workspace.h"
 #include "platform/platform.h"
 
 namespace tolvenary
@@ -35,6 +36,7 @@ class FakePlatform final : public Platform
     FakeCaptureStreams &captureStreams() override { return m_captureStreams; }
     FakeProcessInfo &processInfo() override { return m_processInfo; }
     FakeTimers &timers() override { return m_timers; }
+    FakeWorkspace &workspace() override { return m_workspace; }
 
     FakeCalls &calls() { return m_calls; }
     FakeObjects &objects() { return m_objects; }
@@ -57,6 +59,7 @@ class FakePlatform final : public Platform
     FakeCaptureStreams m_captureStreams{m_calls};
     FakeProcessInfo m_processInfo;
     FakeTimers m_timers;
+    FakeWorkspace m_workspace;
 };
 
 } // namespace tolvenary

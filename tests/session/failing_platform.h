@@ -63,6 +63,7 @@ class FailingPlatform final : public Platform,
     SCStreams &captureStreams() override { return m_real.captureStreams(); }
     ProcessInfo &processInfo() override { return m_real.processInfo(); }
     Timers &timers() override { return m_real.timers(); }
+    NSWorkspace &workspace() override { return m_real.workspace(); }
 
   private:
     bool fails(FailingCall call) const { return call == m_call; }

@@ -1,3 +1,5 @@
+#include "tests/ui/support/warning_watch.h"
+
 #include <QGuiApplication>
 #include <gtest/gtest.h>
 
@@ -7,5 +9,6 @@ int main(int argc, char **argv)
     qputenv("QT_QPA_PLATFORM", "offscreen");
     testing::InitGoogleTest(&argc, argv);
     const QGuiApplication application(argc, argv);
+    tolvenary::test::failOnWarnings();
     return RUN_ALL_TESTS();
 }

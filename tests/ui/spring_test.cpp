@@ -97,4 +97,24 @@ TEST_F(Motion, theSameTargetAgainMovesNothing)
     EXPECT_EQ(spring.state(), QAbstractAnimation::Stopped);
 }
 
+TEST_F(Motion, forWhoWantsNothingToMoveTheChangeIsThereAtOnce)
+{
+    spring.setRestful(true);
+    spring.setTarget(0.96);
+    EXPECT_EQ(spring.value(), 0.96);
+    EXPECT_EQ(spring.state(), QAbstractAnimation::Stopped);
+}
+
+TEST_F(Motion, aWishForRestEndsAMotionAtItsTarget)
+{
+    spring.setTarget(0.96);
+    ASSERT_GT(after(30), 0.961);
+    spring.setRestful(true);
+    EXPECT_EQ(spring.value(), 0.96);
+    EXPECT_EQ(spring.state(), QAbstractAnimation::Stopped);
+    spring.setRestful(false);
+    spring.setTarget(1);
+    EXPECT_EQ(spring.state(), QAbstractAnimation::Running);
+}
+
 } // namespace tolvenary::test

@@ -3,6 +3,8 @@
 #include "ui/typography.h"
 
 #include <QFontMetricsF>
+#include <QGuiApplication>
+#include <QPainter>
 #include <gtest/gtest.h>
 
 namespace tolvenary::test
@@ -69,6 +71,46 @@ TEST(TextLabel, anEmptyTextKeepsTheHeightOfALine)
 {
     EXPECT_EQ(marked("", 300, 1)->implicitHeight(), 16);
     EXPECT_EQ(plain("", 300, 0)->implicitHeight(), 16);
+}
+
+namespace
+{
+
+/// A label that shows what it paints.
+class PaintedLabel : public MarkdownLabel
+{
+  public:
+    QImage picture() const
+    {
+        QImage image(400, 20, QImage::Format_RGB32);
+        image.fill(Qt::black);
+        QPainter painter(&image);
+        paint(painter);
+        return image;
+    }
+};
+
+QImage pictureFor(Qt::LayoutDirection direction)
+{
+    QGuiApplication::setLayoutDirection(direction);
+    PaintedLabel label;
+    label.setProperty("face", QVariant::fromValue(Typography().body()));
+    label.setProperty("markdown", "In Discord, set Input to **BlackHole**.");
+    label.setWidth(400);
+    static_cast<QQmlParserStatus &>(label).componentComplete();
+    QGuiApplication::setLayoutDirection(Qt::LeftToRight);
+    return label.picture();
+}
+
+} // namespace
+
+TEST(TextLabel, readsAnEnglishSentenceFromLeftToRightInEveryWindow)
+{
+    const QImage usual = pictureFor(Qt::LeftToRight);
+    EXPECT_EQ(pictureFor(Qt::RightToLeft), usual);
+    QImage empty = usual;
+    empty.fill(Qt::black);
+    EXPECT_NE(usual, empty);
 }
 
 TEST(TextLabel, codeHasLettersOfOneWidth)

@@ -1,4 +1,5 @@
 #include "tests/session/support/virtual_display.h"
+#include "tests/ui/support/warning_watch.h"
 
 #include <QGuiApplication>
 #include <gtest/gtest.h>
@@ -15,6 +16,7 @@ namespace
 int runTests(int &argc, char **argv)
 {
     const QGuiApplication application(argc, argv);
+    tolvenary::test::failOnWarnings();
     return RUN_ALL_TESTS();
 }
 

@@ -4,7 +4,7 @@ namespace tolvenary
 {
 
 StubService::StubService(PrivateSession &session, const QString &busName, const QString &path)
-    : m_session(session), m_connection(QStringLiteral("stub ") + busName)
+    : m_session(session), m_connection(QStringLiteral("stub ") + busName), m_path(path)
 {
     auto connection = m_session.connect(m_connection);
     m_isThere =
@@ -21,6 +21,13 @@ bool StubService::handleMessage(const QDBusMessage &message, const QDBusConnecti
 void StubService::answer(const Call &call, const QVariantList &results)
 {
     QDBusConnection(m_connection).send(call.message.createReply(results));
+}
+
+void StubService::signal(const QString &interface, const QString &member, const QVariantList &arguments)
+{
+    auto message = QDBusMessage::createSignal(m_path, interface, member);
+    message.setArguments(arguments);
+    QDBusConnection(m_connection).send(message);
 }
 
 void StubService::vanish()

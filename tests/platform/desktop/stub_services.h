@@ -33,12 +33,16 @@ class StubService : public QDBusVirtualObject
 
     void answer(const Call &call, const QVariantList &results);
 
+    /// Sends a signal of its object.
+    void signal(const QString &interface, const QString &member, const QVariantList &arguments);
+
     /// Leaves the bus, as a process that ends does.
     void vanish();
 
   private:
     PrivateSession &m_session;
     QString m_connection;
+    QString m_path;
     bool m_isThere = false;
     std::vector<Call> m_calls;
 };

@@ -1,3 +1,4 @@
+#include "platform/desktop/animation_settings.h"
 #include "platform/desktop/microphone_settings.h"
 #include "tests/platform/desktop/temporary_folder.h"
 
@@ -9,13 +10,29 @@ namespace tolvenary
 namespace
 {
 
-TEST(WithoutSchemas, aDesktopWithoutTheSettingDisablesNothing)
+class WithoutSchemas : public testing::Test
 {
-    const TemporaryFolder folder;
-    setenv("XDG_DATA_HOME", folder.path().c_str(), 1);
-    setenv("XDG_DATA_DIRS", folder.path().c_str(), 1);
-    unsetenv("GSETTINGS_SCHEMA_DIR");
+  protected:
+    WithoutSchemas()
+    {
+        setenv("XDG_DATA_HOME", m_folder.path().c_str(), 1);
+        setenv("XDG_DATA_DIRS", m_folder.path().c_str(), 1);
+        unsetenv("GSETTINGS_SCHEMA_DIR");
+    }
+
+  private:
+    const TemporaryFolder m_folder;
+};
+
+TEST_F(WithoutSchemas, aDesktopWithoutTheSettingDisablesNothing)
+{
     EXPECT_FALSE(isMicrophoneDisabledInSettings());
+}
+
+TEST_F(WithoutSchemas, aDesktopWithoutTheSettingAnimates)
+{
+    const AnimationSettings settings([] {});
+    EXPECT_FALSE(settings.areAnimationsOff());
 }
 
 } // namespace

@@ -38,6 +38,16 @@ std::vector<ReferenceState> referenceStates()
             {"failed", {520, 541}},    {"running-900x700", {900, 700}}, {"picker-open", {520, 539}}};
 }
 
+std::string testName(const ReferenceState &state)
+{
+    return QString(state.name).replace('-', '_').toStdString();
+}
+
+void PrintTo(const ReferenceState &state, std::ostream *out)
+{
+    *out << state.name.toStdString();
+}
+
 void enter(const ReferenceState &state, PanelStage &stage)
 {
     stage.runApplications(

@@ -5,6 +5,9 @@
 
 #include <QSize>
 
+#include <ostream>
+#include <string>
+
 namespace tolvenary::test
 {
 
@@ -15,6 +18,10 @@ struct ReferenceState {
 };
 
 std::vector<ReferenceState> referenceStates();
+
+/// The state's name as a part of a test's name, and as a failing test shows it.
+std::string testName(const ReferenceState &state);
+void PrintTo(const ReferenceState &state, std::ostream *out);
 
 /// Brings the coordinator into that state. The picker of "picker-open" is opened by who shows the panel.
 void enter(const ReferenceState &state, PanelStage &stage);

@@ -2,6 +2,7 @@
 
 #include "app/window_style.h"
 #include "tests/core/event_loop.h"
+#include "ui/motion.h"
 #include "ui/star_field.h"
 
 #include <QQuickWindow>
@@ -17,24 +18,25 @@ namespace tolvenary::test
 
 StageWindow::StageWindow(PanelStage &stage, const QSize &size) : m_stage(stage)
 {
-    QObject::connect(&m_engine, &QQmlEngine::warnings, &m_engine, [this](const QList<QQmlError> &errors) {
-        for (const QQmlError &error : errors)
-            m_warnings.append(error.toString());
-    });
     m_engine.addImportPath("qrc:/qt/qml");
     m_engine.setInitialProperties({{"coordinator", QVariant::fromValue(&stage.coordinator())},
                                    {"actions", QVariant::fromValue(&stage.actions())}});
     m_engine.load(QUrl("qrc:/qt/qml/Tolvenary/PanelWindow.qml"));
     m_window = qobject_cast<QQuickWindow *>(m_engine.rootObjects().value(0));
     if (!m_window)
-        throw std::runtime_error("no window: " + m_warnings.join('\n').toStdString());
+        throw std::runtime_error("no window");
     auto *stars = qobject_cast<StarField *>(item("stars"));
     stars->setStars(referenceStars());
-    stars->setRestful(true);
+    motion().setReduced(true);
     styleWindow(*m_window);
     m_window->resize(size);
     m_window->show();
     waitUntil([&] { return m_window->isExposed(); });
+}
+
+Motion &StageWindow::motion()
+{
+    return *m_engine.singletonInstance<Motion *>(qmlTypeId("Tolvenary", 1, 0, "Motion"));
 }
 
 QQuickItem *StageWindow::item(const QString &name, QQuickItem *root) const
@@ -46,6 +48,14 @@ QQuickItem *StageWindow::item(const QString &name, QQuickItem *root) const
         if (QQuickItem *found = item(name, child))
             return found;
     return nullptr;
+}
+
+void StageWindow::takeNaturalSize(const QSize &least)
+{
+    const auto *content = m_window->property("content").value<QQuickItem *>();
+    const QSizeF natural(content->implicitWidth(), content->implicitHeight());
+    m_window->resize(natural.toSize().expandedTo(least));
+    waitUntil([&] { return m_window->contentItem()->size().toSize() == m_window->size(); });
 }
 
 QImage StageWindow::picture()

@@ -8,21 +8,29 @@
 
 class QQuickWindow;
 
+namespace tolvenary
+{
+class Motion;
+}
+
 namespace tolvenary::test
 {
 
-/// The real window of the panel, showing a stage. Its stars are the reference's and rest. A warning of the QML engine
-/// is kept for the test to look at.
+/// The real window of the panel, showing a stage. Its stars are the reference's, and nothing moves until its motion is
+/// set otherwise.
 class StageWindow
 {
   public:
     StageWindow(PanelStage &stage, const QSize &size);
 
     QQuickWindow &window() { return *m_window; }
-    const QStringList &warnings() const { return m_warnings; }
+    Motion &motion();
 
     /// The first item of that name, looked for below `root` or in the whole window; null if there is none.
     QQuickItem *item(const QString &name, QQuickItem *root = nullptr) const;
+
+    /// Makes the window as large as its panel asks for, and at least as large as that.
+    void takeNaturalSize(const QSize &least);
 
     /// What the window shows, in pixels.
     QImage picture();
@@ -33,7 +41,6 @@ class StageWindow
     PanelStage &m_stage;
     QQmlApplicationEngine m_engine;
     QQuickWindow *m_window = nullptr;
-    QStringList m_warnings;
 };
 
 } // namespace tolvenary::test

@@ -3,6 +3,17 @@
 namespace tolvenary::test
 {
 
+void StageObject::runProcesses(const QVariantList &applications)
+{
+    std::vector<SCRunningApplication> running;
+    for (const QVariant &each : applications) {
+        const QVariantMap application = each.toMap();
+        running.push_back(
+            {application["applicationName"].toString().toStdString(), application["processID"].toInt(), "some.bundle"});
+    }
+    m_stage.runApplications(std::move(running));
+}
+
 void StageObject::plugInUnseen(const QString &name)
 {
     FakeDevice device;

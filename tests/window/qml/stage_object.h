@@ -20,6 +20,8 @@ class StageObject : public QObject
     PanelActions *actions() { return &m_stage.actions(); }
 
     Q_INVOKABLE void runApplications(const QStringList &names) { m_stage.runApplications(names); }
+    /// The same with processes of the test's own: a list of maps of "processID" and "applicationName".
+    Q_INVOKABLE void runProcesses(const QVariantList &applications);
     Q_INVOKABLE void plugIn(const QStringList &devices) { m_stage.plugIn(devices); }
     /// A device that is there without anybody having looked for it yet.
     Q_INVOKABLE void plugInUnseen(const QString &name);

@@ -145,6 +145,60 @@ Item {
             verify(item("appPicker").opened);
         }
 
+        function test_anOpenListKeepsTheHighlightWhenApplicationsComeAndGoAbove_data() {
+            return [{tag: "come"}, {tag: "go"}, {tag: "both"}];
+        }
+
+        function test_anOpenListKeepsTheHighlightWhenApplicationsComeAndGoAbove(data) {
+            const processes = many.map((name, i) => ({processID: 1000 + i, applicationName: name}));
+            stage.runProcesses(processes);
+            const list = open();
+            list.currentIndex = 40;
+            tryVerify(() => list.contentY > 0);
+            const shown = list.currentItem.text;
+            const place = () => Math.round(list.currentItem.mapToItem(panel, 0, 0).y);
+            const before = place();
+            const rest = data.tag === "come" ? processes : processes.slice(2);
+            const added = data.tag === "go" ? [] : [{processID: 7, applicationName: "Aardvark"}];
+            stage.runProcesses(added.concat(rest));
+            compare(list.count, added.length + rest.length + 1);
+            compare(list.currentItem.text, shown);
+            verify(list.currentItem.highlighted);
+            compare(place(), before);
+            verify(item("appPicker").opened);
+            keyClick(Qt.Key_Return);
+            compare(shownText(), shown);
+        }
+
+        function test_theHighlightOfAnApplicationThatGoesStaysInTheList() {
+            stage.runApplications(["Discord", "Firefox"]);
+            const list = open();
+            list.currentIndex = 2;
+            stage.runApplications(["Discord"]);
+            compare(list.count, 2);
+            verify(list.currentIndex >= 0);
+            verify(list.currentIndex < list.count);
+            verify(item("appPicker").opened);
+        }
+
+        function test_aNameIsShownVerbatimInTheOpenListToo() {
+            stage.runApplications(["**x** <b>y</b>"]);
+            const row = rowOf(open(), 1);
+            const texts = Array.from(row.children).filter(child => child.text === "**x** <b>y</b>");
+            compare(texts.length, 1);
+            compare(texts[0].textFormat, Text.PlainText);
+        }
+
+        function test_withoutAChosenRowTheListOpensWithoutATick() {
+            stage.runApplications(["Discord", "Firefox"]);
+            stage.pick("Firefox");
+            stage.runApplications(["Discord"]);
+            const list = open();
+            for (const row of [0, 1])
+                verify(!rowOf(list, row).chosen);
+            compare(list.contentY, 0);
+        }
+
         function test_anApplicationThatHasGoneLeavesAnEmptyButton() {
             stage.runApplications(["Discord", "Firefox"]);
             stage.pick("Firefox");

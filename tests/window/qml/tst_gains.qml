@@ -101,13 +101,18 @@ Item {
             compare(stage.coordinator.micGain, 0);
         }
 
-        function test_theDigitsDoNotMoveWhileTheGainChanges() {
-            const readOut = item("readOut", item("micGain"));
-            const width = () => readOut.children[0].width;
-            stage.coordinator.micGain = 1.11;
-            const before = width();
-            stage.coordinator.micGain = 0.44;
-            compare(width(), before);
+        function test_everyDigitHasTheSameRoom() {
+            const signs = () => Array.from(item("readOut", item("micGain")).children[0].children)
+                .filter(child => child.sign !== undefined);
+            const places = () => signs().map(sign => sign.x + " " + sign.width);
+            stage.coordinator.micGain = 0;
+            const expected = places();
+            compare(expected.length, 5);
+            for (let digit = 1; digit <= 9; ++digit) {
+                stage.coordinator.micGain = digit * 1.11;
+                compare(places(), expected);
+                verify(signs().every(sign => sign.contentWidth <= sign.width + 0.01));
+            }
         }
 
         function test_assistiveToolsReadTheRangeAndSetTheValue() {

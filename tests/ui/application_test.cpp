@@ -1,0 +1,57 @@
+#include "app/tolvenary_app.h"
+#include "platform/fake/fake_platform.h"
+#include "tests/core/event_loop.h"
+#include "tests/ui/print_qt.h"
+
+#include <QQuickWindow>
+#include <gtest/gtest.h>
+
+namespace tolvenary::test
+{
+
+namespace
+{
+
+class Application : public testing::Test
+{
+  protected:
+    FakePlatform platform;
+};
+
+} // namespace
+
+TEST_F(Application, theListsAreFilledWithoutBeingAskedFor)
+{
+    platform.shareableContent().applications.set(std::vector<SCRunningApplication>{{"mpv", 9, "mpv"}});
+    FakeDevice device;
+    device.id = 5;
+    device.name = "BlackHole 2ch";
+    platform.objects().devices.push_back(device);
+    TolvenaryApp app(platform);
+    ASSERT_TRUE(app.show());
+    EXPECT_TRUE(waitUntil([&] { return app.coordinator().availableApps().size() == 1; }));
+    ASSERT_EQ(app.coordinator().blackHoleDevices().size(), 1U);
+    EXPECT_TRUE(app.coordinator().selectedBlackHole().has_value());
+    EXPECT_FALSE(app.coordinator().isRunning());
+}
+
+TEST_F(Application, theWindowIsNeverSmallerThanItsLeastSizeAndMayBeLarger)
+{
+    TolvenaryApp app(platform);
+    ASSERT_TRUE(app.show());
+    EXPECT_EQ(app.window()->minimumSize(), QSize(520, 520));
+    EXPECT_GT(app.window()->maximumWidth(), 4000);
+    EXPECT_GT(app.window()->maximumHeight(), 4000);
+    EXPECT_GE(app.window()->height(), 520);
+}
+
+TEST_F(Application, theWindowHasNoTitleBarAndAColourOfItsOwn)
+{
+    TolvenaryApp app(platform);
+    ASSERT_TRUE(app.show());
+    EXPECT_TRUE(waitUntil([&] { return app.window()->flags().testFlag(Qt::FramelessWindowHint); }));
+    EXPECT_EQ(app.window()->color(), QColor::fromRgbF(0.04F, 0.03F, 0.1F));
+    EXPECT_EQ(app.window()->title(), "Tolvenary");
+}
+
+} // namespace tolvenary::test

@@ -1,0 +1,15 @@
+#include "tests/ui/support/warning_watch.h"
+
+#include <QGuiApplication>
+#include <gtest/gtest.h>
+
+// Windows that nobody sees, drawn by the renderer that is the same on every machine.
+int main(int argc, char **argv)
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("QT_QUICK_BACKEND", "software");
+    testing::InitGoogleTest(&argc, argv);
+    const QGuiApplication application(argc, argv);
+    tolvenary::test::failOnWarnings();
+    return RUN_ALL_TESTS();
+}

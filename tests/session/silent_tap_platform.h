@@ -24,6 +24,7 @@ class SilentTapPlatform final : public Platform, private IOProcs
     SCStreams &captureStreams() override { return m_real.captureStreams(); }
     ProcessInfo &processInfo() override { return m_real.processInfo(); }
     Timers &timers() override { return m_real.timers(); }
+    NSWorkspace &workspace() override { return m_real.workspace(); }
 
   private:
     OSStatus AudioDeviceCreateIOProcIDWithBlock(AudioDeviceIOProcID &outIOProcID, AudioObjectID device,

@@ -186,7 +186,7 @@ Item {
             const row = rowOf(open(), 1);
             const texts = Array.from(row.children).filter(child => child.text === "**x** <b>y</b>");
             compare(texts.length, 1);
-            compare(texts[0].textFormat, Text.PlainText);
+            verifyShownVerbatim(texts[0]);
         }
 
         function test_withoutAChosenRowTheListOpensWithoutATick() {

@@ -69,7 +69,7 @@ TEST_F(WindowBare, isOperatedByMouse)
 {
     launch();
     clickOn("Start", "push button");
-    EXPECT_TRUE(eventually([this] { return isThere("Pick an app first.", "label"); }));
+    EXPECT_TRUE(eventually([this] { return isThere("Pick an app first.", "notification"); }));
     clickOn("Close");
     EXPECT_EQ(program().process().waitForEnd(std::chrono::seconds(15)), 0);
 }

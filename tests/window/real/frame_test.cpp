@@ -80,7 +80,7 @@ TEST_F(WindowFrame, minimiseMakesItAnIconAndItComesBackAsItWas)
     EXPECT_TRUE(eventually([this] { return !window().isIconic() && window().isOnScreen(); }));
     EXPECT_EQ(window().geometry(), before);
     clickOn("Start", "push button");
-    EXPECT_TRUE(eventually([this] { return isThere("Pick an app first.", "label"); })) << "it came back deaf";
+    EXPECT_TRUE(eventually([this] { return isThere("Pick an app first.", "notification"); })) << "it came back deaf";
 }
 
 TEST_F(WindowFrame, zoomFillsTheScreenAndGoesBack)

@@ -63,7 +63,7 @@ TEST_F(WindowKeys, returnStartsAndStops)
     hands.keys({"Return"});
     EXPECT_TRUE(eventually([this] { return countsFrames(); }));
     hands.keys({"Return"});
-    EXPECT_TRUE(eventually([this] { return isThere("Stopped", "label"); }));
+    EXPECT_TRUE(eventually([this] { return isThere("Stopped", "notification"); }));
     hands.keys({"KP_Enter"});
     EXPECT_TRUE(eventually([this] { return countsFrames(); }));
 }
@@ -86,7 +86,7 @@ TEST_F(WindowKeys, spacePressesTheButtonThatHasTheKeyboard)
     hands.keys({"space"});
     EXPECT_TRUE(eventually([this] { return countsFrames(); }));
     hands.keys({"space"});
-    EXPECT_TRUE(eventually([this] { return isThere("Stopped", "label"); }));
+    EXPECT_TRUE(eventually([this] { return isThere("Stopped", "notification"); }));
 
     desktop().unplugDevice();
     tabTo("Refresh devices");

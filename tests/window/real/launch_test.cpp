@@ -38,7 +38,7 @@ class WindowLaunch : public WindowTest
         // What came first was answered first.
         ASSERT_TRUE(eventually([this] { return valueOf("Mic gain") == 0; }));
         EXPECT_FALSE(isThere(answerToStart)) << "it started";
-        EXPECT_TRUE(isThere("Idle", "label"));
+        EXPECT_TRUE(isThere("Idle", "notification"));
     }
 };
 
@@ -81,7 +81,7 @@ TEST_F(WindowLaunch, withoutADeviceSaysHowToGetOneAndRescanFindsIt)
     EXPECT_TRUE(eventually([this] { return dotBeside("Refresh devices") == green; }))
         << std::hex << dotBeside("Refresh devices");
     clickOn("Start", "push button");
-    EXPECT_TRUE(eventually([this] { return isThere(answerToStart, "label"); }));
+    EXPECT_TRUE(eventually([this] { return isThere(answerToStart, "notification"); }));
 }
 
 TEST_F(WindowLaunch, aDeviceThatGoesAwayIsMissedByARefreshAndTakesStartAlong)

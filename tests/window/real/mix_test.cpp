@@ -35,7 +35,7 @@ TEST_F(WindowMix, runsFromStartToStop)
     EXPECT_EQ(SoundGraph::read().nodesOfProcess(program().pid()).size(), 3U);
 
     clickOn("Stop", "push button");
-    EXPECT_TRUE(eventually([this] { return isThere("Stopped", "label"); }));
+    EXPECT_TRUE(eventually([this] { return isThere("Stopped", "notification"); }));
     EXPECT_TRUE(isThere("Start", "push button"));
     EXPECT_TRUE(leavesNoSound());
 }
@@ -44,7 +44,7 @@ TEST_F(WindowMix, withoutAPickedApplicationItAsksForOne)
 {
     launch();
     clickOn("Start", "push button");
-    EXPECT_TRUE(eventually([this] { return isThere("Pick an app first.", "label"); }));
+    EXPECT_TRUE(eventually([this] { return isThere("Pick an app first.", "notification"); }));
     EXPECT_TRUE(leavesNoSound());
 }
 

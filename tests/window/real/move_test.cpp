@@ -92,7 +92,7 @@ TEST_F(WindowMove, aDragOnAButtonNeitherMovesItNorPressesTheButton)
     hands.release();
     wander();
     EXPECT_EQ(window().geometry(), before);
-    EXPECT_TRUE(isThere("Idle", "label"));
+    EXPECT_TRUE(isThere("Idle", "notification"));
 }
 
 TEST_F(WindowMove, aDragOnAPickerDoesNotMoveIt)

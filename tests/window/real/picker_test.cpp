@@ -31,7 +31,7 @@ TEST_F(WindowPicker, opensByAClickAndARowIsPickedByAnother)
     clickOn(Desktop::musicProgram, "list item");
     EXPECT_TRUE(closes());
     EXPECT_EQ(chosen(), Desktop::musicProgram);
-    EXPECT_TRUE(isThere("Idle", "label"));
+    EXPECT_TRUE(isThere("Idle", "notification"));
 }
 
 TEST_F(WindowPicker, escapeClosesItAndPicksNothing)
@@ -52,7 +52,7 @@ TEST_F(WindowPicker, aClickBesideItClosesItAndDoesNothingElse)
     clickOn("Start", "push button");
     EXPECT_TRUE(closes());
     EXPECT_EQ(chosen(), placeholder);
-    EXPECT_TRUE(isThere("Idle", "label"));
+    EXPECT_TRUE(isThere("Idle", "notification"));
 }
 
 TEST_F(WindowPicker, typingGoesToARowAndReturnPicksItWithoutStarting)
@@ -65,7 +65,7 @@ TEST_F(WindowPicker, typingGoesToARowAndReturnPicksItWithoutStarting)
     hands.keys({"Return"});
     EXPECT_TRUE(closes());
     EXPECT_EQ(chosen(), Desktop::musicProgram);
-    EXPECT_TRUE(isThere("Idle", "label")) << "the Return key went through to Start";
+    EXPECT_TRUE(isThere("Idle", "notification")) << "the Return key went through to Start";
 }
 
 TEST_F(WindowPicker, keysLeadWhileThePointerRestsAndThePointerLeadsOnceItMoves)

@@ -46,7 +46,7 @@ TEST_P(WindowScale, isOperatedWhereItSaysThatItsControlsAre)
     clickOn("Start", "push button");
     EXPECT_TRUE(eventually([this] { return countsFrames(); }));
     clickOn("Stop", "push button");
-    EXPECT_TRUE(eventually([this] { return isThere("Stopped", "label"); }));
+    EXPECT_TRUE(eventually([this] { return isThere("Stopped", "notification"); }));
 }
 
 TEST_P(WindowScale, isMovedAndResizedAndKeepsItsLeastSize)

@@ -112,7 +112,7 @@ TEST_F(WindowWayland, runsTheMixByMouse)
     clickOn("Start", "push button");
     EXPECT_TRUE(eventually([this] { return countsFrames(); }));
     clickOn("Stop", "push button");
-    EXPECT_TRUE(eventually([this] { return isThere("Stopped", "label"); }));
+    EXPECT_TRUE(eventually([this] { return isThere("Stopped", "notification"); }));
     EXPECT_TRUE(leavesNoSound());
 }
 
@@ -124,7 +124,7 @@ TEST_F(WindowWayland, isOperatedByKeysAndByAssistiveTools)
     EXPECT_TRUE(eventually([this] { return valueOf("Mic gain") == 1.25; })) << valueOf("Mic gain");
     startMix();
     hands.keys({"Return"});
-    EXPECT_TRUE(eventually([this] { return isThere("Stopped", "label"); }));
+    EXPECT_TRUE(eventually([this] { return isThere("Stopped", "notification"); }));
 }
 
 TEST_F(WindowWayland, dragsMoveItAgainAndAgain)

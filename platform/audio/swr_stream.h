@@ -18,7 +18,7 @@ class SwrStream
     static constexpr int filterFrames = 160;
 
     /// The filter grows with the ratio of the rates, and with it the delay; no two devices are this far apart.
-    static constexpr double greatestRatio = 256;
+    static constexpr double greatestRatio = 32;
 
     /// Empty when libswresample cannot do it, a rate that would have to be converted is not a whole number, or the
     /// rates are too far apart.

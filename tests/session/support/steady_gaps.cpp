@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <sstream>
 
 namespace tolvenary::session
 {
@@ -38,6 +39,24 @@ namespace
 
 using Faults = std::vector<std::size_t>;
 
+/// What each track from `first` on does around a fault: the levels between its steps, and how long they hold.
+std::string account(const Recording &recording, Stretch stretch, std::size_t fault, std::size_t first, float step)
+{
+    std::ostringstream text;
+    text << fault << " frames after the clock began, in";
+    for (std::size_t track = first; track < recording.tracks.size(); ++track) {
+        const Samples samples = recording.part(track, stretch);
+        const auto around = std::span(samples).subspan(fault - 1, std::min(oneFault, samples.size() - fault + 1));
+        text << " track " << track << ": " << around.front();
+        std::size_t last = 0;
+        for (const std::size_t at : findSteps(around, step, 1)) {
+            text << " for " << at - last << " frames, then " << around[at];
+            last = at;
+        }
+    }
+    return text.str();
+}
+
 /// Those of the tracks from `first` to before `end`, in order.
 Faults faultsIn(const Recording &recording, Stretch stretch, std::size_t first, std::size_t end, float step)
 {
@@ -58,6 +77,7 @@ SteadyGaps &SteadyGaps::operator+=(const SteadyGaps &other)
     sources += other.sources;
     xruns += other.xruns;
     jumps += other.jumps;
+    accounts.insert(accounts.end(), other.accounts.begin(), other.accounts.end());
     return *this;
 }
 
@@ -77,8 +97,10 @@ SteadyGaps findSteadyGaps(const Recording &recording, std::size_t firstMix, floa
                 ++gaps.xruns;
             else if (std::ranges::any_of(before, [&](std::size_t source) { return areOne(source, behind[i]); }))
                 ++gaps.sources;
-            else
+            else {
                 ++gaps.ours;
+                gaps.accounts.push_back(account(recording, stretch, behind[i], firstMix, step));
+            }
         }
     }
     return gaps;

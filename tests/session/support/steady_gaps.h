@@ -17,6 +17,7 @@ struct SteadyGaps {
     std::size_t sources = 0; ///< a source had the fault already
     std::size_t xruns = 0;   ///< beside a jump of the clock: a cycle was cut short because somebody woke up too late
     std::size_t jumps = 0;   ///< of the clock, heard or not
+    std::vector<std::string> accounts; ///< of ours, each in words
 
     SteadyGaps &operator+=(const SteadyGaps &other);
 };

@@ -32,7 +32,8 @@ void moveGains(tolvenary::MixCoordinator &mix, int step)
 } // namespace
 
 /// The program without its window: picks the process given, presses Start, and runs until it is killed. With the word
-/// "move" behind it the gains move all the while.
+/// "move" behind it the gains move all the while; with "stop" it presses Stop after some seconds and ends, so that what
+/// is left then can be looked for.
 int main(int argc, char **argv)
 {
     QCoreApplication application(argc, argv);
@@ -48,7 +49,14 @@ int main(int argc, char **argv)
     QTimer hand;
     int step = 0;
     QObject::connect(&hand, &QTimer::timeout, &hand, [&] { moveGains(mix, ++step); });
-    if (argc > 2 && std::string_view(argv[2]) == "move")
+    const std::string_view wish = argc > 2 ? argv[2] : "";
+    if (wish == "move")
         hand.start(std::chrono::milliseconds(50));
+    const auto stop = [&] {
+        mix.teardown();
+        QCoreApplication::quit();
+    };
+    if (wish == "stop")
+        QTimer::singleShot(std::chrono::seconds(5), &hand, stop);
     return QCoreApplication::exec();
 }

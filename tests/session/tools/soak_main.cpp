@@ -38,6 +38,15 @@ void printThreads(const SoakStage &stage)
     std::printf("the data thread: %s\n", threads.empty() ? "ordinary, the session allows no other" : threads.c_str());
 }
 
+/// Listens for a second and tells at once what is wrong.
+SteadyGaps listen(SoakStage &stage)
+{
+    const SteadyGaps gaps = stage.listen();
+    for (const std::string &account : gaps.accounts)
+        std::printf("  a gap of ours after %.0f s: %s\n", stage.heardSeconds(), account.c_str());
+    return gaps;
+}
+
 /// For as long as is wished; false when the program ended before that.
 bool run(SoakStage &stage, std::chrono::duration<double> length, Totals &totals)
 {
@@ -47,7 +56,7 @@ bool run(SoakStage &stage, std::chrono::duration<double> length, Totals &totals)
     while (Clock::now() - begin < length) {
         if (!stage.isRunning())
             return false;
-        totals.gaps += stage.listen();
+        totals.gaps += listen(stage);
         if (Clock::now() < nextChange)
             continue;
         totals.gapsOfChanges += stage.changeMicrophone();
@@ -64,7 +73,7 @@ bool soak(SoakStage &stage, std::chrono::duration<double> length)
     printThreads(stage);
     Totals totals;
     for (int second = 0; second < 10; ++second)
-        totals.gaps += stage.listen(); // what the first visitors cost is no leak
+        totals.gaps += listen(stage); // what the first visitors cost is no leak
     const ProcessState before = stage.stateAlone();
     if (!run(stage, length, totals)) {
         std::puts("the program has ended");

@@ -38,7 +38,7 @@ void printThreads(const SoakStage &stage)
     std::printf("the data thread: %s\n", threads.empty() ? "ordinary, the session allows no other" : threads.c_str());
 }
 
-/// Listens for a second and tells at once what is wrong.
+/// Listens for a while and tells at once what is wrong.
 SteadyGaps listen(SoakStage &stage)
 {
     const SteadyGaps gaps = stage.listen();
@@ -72,8 +72,7 @@ bool soak(SoakStage &stage, std::chrono::duration<double> length)
 {
     printThreads(stage);
     Totals totals;
-    for (int second = 0; second < 10; ++second)
-        totals.gaps += listen(stage); // what the first visitors cost is no leak
+    totals.gaps += listen(stage); // what the first visitors cost is no leak
     const ProcessState before = stage.stateAlone();
     if (!run(stage, length, totals)) {
         std::puts("the program has ended");

@@ -13,7 +13,8 @@ namespace
 using namespace std::chrono_literals;
 
 constexpr const char *defaultSource = "default.configured.audio.source";
-constexpr std::size_t listened = 46000; ///< frames: with what lies between, about a second
+constexpr std::size_t listened = 480000; // frames
+constexpr std::size_t listenedToAChange = 48000;
 constexpr std::size_t tracksBeforeMix = 4;
 /// The least that is lost in a gap is half a microphone, 0.125; the most that the visitor jumps when it is cut off in
 /// the middle is 0.075.
@@ -45,7 +46,7 @@ SoakStage::SoakStage(const std::string &program)
         std::vector<std::string>{"microphone:capture_MONO", "other-microphone:capture_MONO",
                                  applicationPort("player", "FL"), applicationPort("player", "FR"),
                                  deviceMonitor(DeviceKind::nullSink, "FL"), deviceMonitor(DeviceKind::nullSink, "FR")});
-    m_recorder->record(listened); // the beginning has its own tests
+    m_recorder->record(listenedToAChange); // the beginning has its own tests
 }
 
 void SoakStage::visit()
@@ -69,20 +70,23 @@ ProcessState SoakStage::stateAlone()
     m_visitor.reset();
     if (!m_session.waitForGraph([](const SoundGraph &graph) { return graph.node("visitor") == nullptr; }))
         throw std::runtime_error("the visitor does not go");
-    m_recorder->record(listened); // the program hears of it a moment later
+    m_recorder->record(listenedToAChange); // the program hears of it a moment later
     return state();
 }
 
 SteadyGaps SoakStage::listen()
 {
     m_recorder->begin(listened);
-    visit();
+    const auto isDone = [this] { return m_recorder->isDone(); };
+    do
+        visit();
+    while (!waitUntil(isDone, 1s));
     return finish();
 }
 
 SteadyGaps SoakStage::changeMicrophone()
 {
-    m_recorder->begin(listened);
+    m_recorder->begin(listenedToAChange);
     m_otherIsDefault = !m_otherIsDefault;
     m_session.chooseDefault(defaultSource, m_otherIsDefault ? "other-microphone" : "microphone");
     return finish();

@@ -17,7 +17,7 @@ class SoakStage
     /// `program` is the program without its window.
     explicit SoakStage(const std::string &program);
 
-    /// Listens for about a second, in the course of which the visitor comes or goes.
+    /// Listens for ten seconds, in the course of which the visitor comes and goes, a second each.
     SteadyGaps listen();
     /// Makes the other microphone the default; listens all the while.
     SteadyGaps changeMicrophone();

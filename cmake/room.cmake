@@ -2,7 +2,10 @@
 add_library(tolvenary_rules INTERFACE)
 target_compile_options(tolvenary_rules INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Werror)
 if(TOLVENARY_SANITIZE)
-  target_compile_options(tolvenary_rules INTERFACE -fsanitize=${TOLVENARY_SANITIZE} -fno-omit-frame-pointer)
+  # What they find ends the program: a message alone would pass for success.
+  target_compile_options(
+    tolvenary_rules INTERFACE -fsanitize=${TOLVENARY_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer
+  )
   target_link_options(tolvenary_rules INTERFACE -fsanitize=${TOLVENARY_SANITIZE})
 endif()
 

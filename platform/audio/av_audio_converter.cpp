@@ -123,7 +123,7 @@ AVAudioConverter::~AVAudioConverter() = default;
 std::unique_ptr<AVAudioConverter> AVAudioConverter::make(const AVAudioFormat &from, const AVAudioFormat &to,
                                                          std::uint32_t maxInputFrames)
 {
-    if (from.bufferCount() > AVAudioPCMBuffer::maxBuffers || to.bufferCount() > AVAudioPCMBuffer::maxBuffers)
+    if (from.channelCount() > AVAudioPCMBuffer::maxBuffers || to.channelCount() > AVAudioPCMBuffer::maxBuffers)
         return nullptr;
     auto stream = SwrStream::make(from, to);
     if (stream == nullptr)

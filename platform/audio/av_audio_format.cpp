@@ -1,6 +1,7 @@
 #include "platform/audio/av_audio_format.h"
 
 #include <cmath>
+#include <limits>
 
 namespace tolvenary
 {
@@ -24,12 +25,19 @@ AVAudioCommonFormat sampleTypeOf(const AudioStreamBasicDescription &description)
     return description.mBitsPerChannel == 32 ? AVAudioCommonFormat::pcmFormatInt32 : AVAudioCommonFormat::other;
 }
 
+/// Whether the bytes of one frame can be counted where everybody counts them: in 32 bits.
+bool isCountable(const AudioStreamBasicDescription &description)
+{
+    return description.mChannelsPerFrame <=
+           std::numeric_limits<std::uint32_t>::max() / (description.mBitsPerChannel / 8);
+}
+
 bool isReadable(const AudioStreamBasicDescription &description)
 {
     return description.mFormatID == kAudioFormatLinearPCM &&
            (description.mFormatFlags & kAudioFormatFlagIsBigEndian) == 0 && description.mChannelsPerFrame > 0 &&
            description.mSampleRate > 0 && std::isfinite(description.mSampleRate) &&
-           sampleTypeOf(description) != AVAudioCommonFormat::other;
+           sampleTypeOf(description) != AVAudioCommonFormat::other && isCountable(description);
 }
 
 } // namespace

@@ -17,7 +17,7 @@ class AVAudioFormat
     static std::optional<AVAudioFormat> standardFormat(double sampleRate, std::uint32_t channels);
 
     /// The format that `description` describes; empty when it is not linear PCM of a sample type listed above, has no
-    /// channel, or no rate above 0.
+    /// channel, or more than a frame's bytes can be counted of, or no rate above 0.
     static std::optional<AVAudioFormat> fromStreamDescription(const AudioStreamBasicDescription &description);
 
     double sampleRate() const { return m_description.mSampleRate; }

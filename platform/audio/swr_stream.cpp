@@ -2,6 +2,7 @@
 
 #include "platform/audio/av_audio_pcm_buffer.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <vector>
@@ -95,6 +96,9 @@ std::optional<Rates> ratesOf(const AVAudioFormat &from, const AVAudioFormat &to)
     if (from.sampleRate() == to.sampleRate())
         return Rates{};
     if (!isWholeRate(from.sampleRate()) || !isWholeRate(to.sampleRate()))
+        return std::nullopt;
+    const auto [lower, higher] = std::minmax({from.sampleRate(), to.sampleRate()});
+    if (higher > lower * SwrStream::greatestRatio)
         return std::nullopt;
     return Rates{static_cast<int>(from.sampleRate()), static_cast<int>(to.sampleRate())};
 }

@@ -17,7 +17,11 @@ class SwrStream
     /// Length of the filter, in frames of the lower of the two rates.
     static constexpr int filterFrames = 160;
 
-    /// Empty when libswresample cannot do it, or a rate that would have to be converted is not a whole number.
+    /// The filter grows with the ratio of the rates, and with it the delay; no two devices are this far apart.
+    static constexpr double greatestRatio = 32;
+
+    /// Empty when libswresample cannot do it, a rate that would have to be converted is not a whole number, or the
+    /// rates are too far apart.
     static std::unique_ptr<SwrStream> make(const AVAudioFormat &from, const AVAudioFormat &to);
 
     /// Takes all `inFrames` in and writes what is ready, at most `outFrames`. Answers the frames written, or a negative

@@ -1,54 +1,13 @@
 #include "platform/pipewire/registry.h"
 
-#include <charconv>
+#include "platform/pipewire/graph_reader.h"
+
 #include <cstring>
 #include <pipewire/extensions/metadata.h>
 #include <pipewire/pipewire.h>
-#include <spa/utils/json.h>
 
 namespace tolvenary
 {
-
-namespace
-{
-
-std::string text(const spa_dict *properties, const char *key)
-{
-    const char *value = properties == nullptr ? nullptr : spa_dict_lookup(properties, key);
-    return value == nullptr ? std::string() : std::string(value);
-}
-
-template <typename Number> std::optional<Number> number(const std::string &digits)
-{
-    Number value{};
-    const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value);
-    return error == std::errc() && end != digits.data() ? std::optional(value) : std::nullopt;
-}
-
-template <typename Number> std::optional<Number> number(const spa_dict *properties, const char *key)
-{
-    return number<Number>(text(properties, key));
-}
-
-// The "name" of { "name": "…" }.
-std::string nameIn(const char *json)
-{
-    std::array<spa_json, 2> levels{};
-    std::array<char, 1024> key{};
-    std::array<char, 1024> value{};
-    spa_json_init(&levels[0], json, std::strlen(json));
-    if (spa_json_enter_object(&levels[0], &levels[1]) <= 0)
-        return {};
-    while (spa_json_get_string(&levels[1], key.data(), key.size()) > 0) {
-        if (spa_json_get_string(&levels[1], value.data(), value.size()) <= 0)
-            return {};
-        if (std::strcmp(key.data(), "name") == 0)
-            return value.data();
-    }
-    return {};
-}
-
-} // namespace
 
 // An object whose own events we listen to: a node or client for all its properties, a metadata for its values.
 struct Registry::Bound {
@@ -152,7 +111,7 @@ void Registry::globalAdded(GlobalId id, const char *type, std::uint32_t version,
     } else if (kind == PW_TYPE_INTERFACE_Link) {
         linkAdded(id, properties);
     } else if (kind == PW_TYPE_INTERFACE_Metadata) {
-        const std::string name = text(properties, PW_KEY_METADATA_NAME);
+        const std::string name = readText(properties, PW_KEY_METADATA_NAME);
         if (name == "default")
             bind(id, type, version, &Events::defaultsEvents);
         else if (name == "settings")
@@ -190,7 +149,7 @@ void Registry::nodeAdded(GlobalId id, const spa_dict *properties)
 {
     GraphNode &node = m_graph.nodes[id];
     node.id = id;
-    node.serial = number<std::uint64_t>(properties, PW_KEY_OBJECT_SERIAL).value_or(id);
+    node.serial = readSerial(id, properties);
     nodeInfo(id, properties);
 }
 
@@ -199,39 +158,24 @@ void Registry::nodeInfo(GlobalId id, const spa_dict *properties)
     const auto found = m_graph.nodes.find(id);
     if (found == m_graph.nodes.end())
         return;
-    GraphNode &node = found->second;
-    node.name = text(properties, PW_KEY_NODE_NAME);
-    node.description = text(properties, PW_KEY_NODE_DESCRIPTION);
-    node.nick = text(properties, PW_KEY_NODE_NICK);
-    node.mediaClass = text(properties, PW_KEY_MEDIA_CLASS);
-    node.linkGroup = text(properties, PW_KEY_NODE_LINK_GROUP);
-    node.clientId = number<GlobalId>(properties, PW_KEY_CLIENT_ID);
+    readNode(found->second, properties);
     m_changed();
 }
 
 void Registry::portAdded(GlobalId id, const spa_dict *properties)
 {
-    GraphPort &port = m_graph.ports[id];
-    port.id = id;
-    port.nodeId = number<GlobalId>(properties, PW_KEY_NODE_ID).value_or(0);
-    port.index = number<std::uint32_t>(properties, PW_KEY_PORT_ID).value_or(0);
-    port.direction = text(properties, PW_KEY_PORT_DIRECTION) == "in" ? PortDirection::input : PortDirection::output;
-    port.isMonitor = text(properties, PW_KEY_PORT_MONITOR) == "true";
-    port.name = text(properties, PW_KEY_PORT_NAME);
-    port.channel = text(properties, PW_KEY_AUDIO_CHANNEL);
+    m_graph.ports[id] = readPort(id, properties);
 }
 
 void Registry::linkAdded(GlobalId id, const spa_dict *properties)
 {
-    const auto output = number<GlobalId>(properties, PW_KEY_LINK_OUTPUT_PORT);
-    const auto input = number<GlobalId>(properties, PW_KEY_LINK_INPUT_PORT);
-    if (output && input)
-        m_graph.links[id] = {*output, *input};
+    if (const auto link = readLink(properties))
+        m_graph.links[id] = *link;
 }
 
 void Registry::clientAdded(GlobalId id, const spa_dict *properties)
 {
-    m_graph.clients[id].serial = number<std::uint64_t>(properties, PW_KEY_OBJECT_SERIAL).value_or(id);
+    m_graph.clients[id].serial = readSerial(id, properties);
     clientInfo(id, properties);
 }
 
@@ -240,13 +184,7 @@ void Registry::clientInfo(GlobalId id, const spa_dict *properties)
     const auto found = m_graph.clients.find(id);
     if (found == m_graph.clients.end())
         return;
-    GraphClient &client = found->second;
-    // Behind the pulse server every client's socket belongs to that server; only there is the application's own word
-    // for its process the better one.
-    const bool isPulse = text(properties, PW_KEY_CLIENT_API) == "pipewire-pulse";
-    client.processId = number<std::int32_t>(properties, isPulse ? PW_KEY_APP_PROCESS_ID : PW_KEY_SEC_PID);
-    client.applicationName = text(properties, PW_KEY_APP_NAME);
-    client.binary = text(properties, PW_KEY_APP_PROCESS_BINARY);
+    readClient(found->second, properties);
     m_changed();
 }
 
@@ -254,7 +192,7 @@ void Registry::defaultsChanged(const char *key, const char *value)
 {
     if (key != nullptr && std::strcmp(key, "default.audio.source") != 0)
         return;
-    m_graph.defaultSourceName = value == nullptr ? std::string() : nameIn(value);
+    m_graph.defaultSourceName = readDefault(value);
     m_changed();
 }
 
@@ -263,9 +201,9 @@ void Registry::settingsChanged(const char *key, const char *value)
     if (key == nullptr || value == nullptr)
         return;
     if (std::strcmp(key, "clock.rate") == 0)
-        m_graph.configuredRate = number<std::uint32_t>(std::string(value)).value_or(0);
+        m_graph.configuredRate = readRate(value);
     else if (std::strcmp(key, "clock.force-rate") == 0)
-        m_graph.forcedRate = number<std::uint32_t>(std::string(value)).value_or(0);
+        m_graph.forcedRate = readRate(value);
     m_changed();
 }
 

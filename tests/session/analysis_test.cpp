@@ -1,6 +1,7 @@
 #include "tests/session/support/clicks.h"
 #include "tests/session/support/signal_source.h"
 #include "tests/session/support/source_fit.h"
+#include "tests/session/support/steady_gaps.h"
 #include "tests/session/support/tone_level.h"
 
 #include <gmock/gmock.h>
@@ -128,6 +129,70 @@ TEST(SignalSource, refusesWhatIsNoSound)
     EXPECT_THROW(SignalSource::parse("noise"), std::runtime_error);
     EXPECT_THROW(SignalSource::parse("tone:440"), std::runtime_error);
     EXPECT_THROW(SignalSource::parse("speech:/nowhere.wav"), std::runtime_error);
+}
+
+namespace
+{
+
+/// A microphone and the device behind it, both steady, in cycles of 1000 frames of an unbroken clock.
+Recording steadyRecording()
+{
+    Recording recording;
+    recording.rate = rate;
+    recording.tracks = {Samples(60000, 0.25F), Samples(60000, 0.5F)};
+    for (std::size_t start = 0; start < 60000; start += 1000)
+        recording.cycles.push_back({start, start, 1000});
+    return recording;
+}
+
+void silence(Samples &track, std::size_t first, std::size_t frames)
+{
+    std::fill_n(track.begin() + static_cast<std::ptrdiff_t>(first), frames, 0.0F);
+}
+
+} // namespace
+
+TEST(SteadyGaps, aSteadySoundHasNone)
+{
+    Recording recording = steadyRecording();
+    for (std::size_t i = 0; i < 60000; ++i) // a gain that moves is no gap
+        recording.tracks[1][i] += 0.4F * static_cast<float>(i) / 60000;
+    const SteadyGaps gaps = findSteadyGaps(recording, 1, 0.1F);
+    EXPECT_EQ(gaps.ours + gaps.sources + gaps.jumps, 0U);
+}
+
+TEST(SteadyGaps, aGapOfTheMixAloneIsOursAndCountedOnce)
+{
+    Recording recording = steadyRecording();
+    silence(recording.tracks[1], 5000, 1);
+    silence(recording.tracks[1], 30000, 3000);
+    const SteadyGaps gaps = findSteadyGaps(recording, 1, 0.1F);
+    EXPECT_EQ(gaps.ours, 2U);
+    EXPECT_EQ(gaps.sources, 0U);
+}
+
+TEST(SteadyGaps, aGapThatASourceHadIsTheSources)
+{
+    Recording recording = steadyRecording();
+    silence(recording.tracks[0], 30000, 1000);
+    silence(recording.tracks[1], 30010, 1000);
+    const SteadyGaps gaps = findSteadyGaps(recording, 1, 0.1F);
+    EXPECT_EQ(gaps.ours, 0U);
+    EXPECT_EQ(gaps.sources, 1U);
+}
+
+TEST(SteadyGaps, aGapBesideAJumpOfTheClockIsTheMachines)
+{
+    Recording recording = steadyRecording();
+    for (std::size_t cycle = 30; cycle < recording.cycles.size(); ++cycle)
+        recording.cycles[cycle].position += 500;
+    silence(recording.tracks[1], 29000, 500);
+    silence(recording.tracks[1], 31000, 500);
+    silence(recording.tracks[1], 50000, 500);
+    const SteadyGaps gaps = findSteadyGaps(recording, 1, 0.1F);
+    EXPECT_EQ(gaps.jumps, 1U);
+    EXPECT_EQ(gaps.xruns, 2U);
+    EXPECT_EQ(gaps.ours, 1U) << "long after the jump";
 }
 
 } // namespace tolvenary::session

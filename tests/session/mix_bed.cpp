@@ -43,6 +43,8 @@ MixBed::~MixBed()
     m_session.resumeServer();
     m_mix.reset();
     m_platform.reset();
+    // Nobody runs the events any more in which what waited for an answer deletes itself.
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
 void MixBed::plugAll()

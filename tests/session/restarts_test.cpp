@@ -63,7 +63,9 @@ TEST(Restarts, aHundredLeaveNothingBehind)
     EXPECT_EQ(afterAll.threads, afterTen.threads);
     EXPECT_EQ(afterAll.descriptors, afterTen.descriptors);
     EXPECT_EQ(afterAll.serverObjects, objectsBefore);
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__) // which keep what is freed
     EXPECT_LT(afterAll.kilobytes - afterTen.kilobytes, 1024);
+#endif
 }
 
 } // namespace tolvenary::session

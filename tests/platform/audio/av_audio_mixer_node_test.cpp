@@ -38,10 +38,10 @@ class MixerTest : public testing::Test
     }
 
     FakeUnits m_units;
-    AVAudioEngine m_engine{m_units};
     AVAudioMixerNode m_mixer;
     ConstantNode m_one{1.0F};
     ConstantNode m_half{0.5F};
+    AVAudioEngine m_engine{m_units}; // destroyed first: it tells its nodes
 };
 
 } // namespace

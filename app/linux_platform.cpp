@@ -5,6 +5,7 @@
 #include "platform/desktop/qt_timers.h"
 #include "platform/desktop/running_applications.h"
 #include "platform/desktop/unix_process_info.h"
+#include "platform/desktop/x_window_occlusion.h"
 #include "platform/pipewire/pipewire_system.h"
 
 namespace tolvenary
@@ -17,6 +18,7 @@ struct LinuxPlatform::Parts {
     UnixProcessInfo processInfo;
     QtTimers timers;
     DesktopWorkspace workspace;
+    XWindowOcclusion windowOcclusion;
 };
 
 LinuxPlatform::LinuxPlatform() : m_parts(std::make_unique<Parts>()) {}
@@ -73,6 +75,10 @@ Timers &LinuxPlatform::timers()
 NSWorkspace &LinuxPlatform::workspace()
 {
     return m_parts->workspace;
+}
+NSWindowOcclusion &LinuxPlatform::windowOcclusion()
+{
+    return m_parts->windowOcclusion;
 }
 
 } // namespace tolvenary

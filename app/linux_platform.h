@@ -30,6 +30,7 @@ class LinuxPlatform final : public Platform
     ProcessInfo &processInfo() override;
     Timers &timers() override;
     NSWorkspace &workspace() override;
+    NSWindowOcclusion &windowOcclusion() override;
 
   private:
     struct Parts;

@@ -5,6 +5,7 @@
 #include "core/answer.h"
 #include "platform/audio_server.h"
 #include "platform/platform.h"
+#include "platform/window_occlusion.h"
 #include "platform/workspace.h"
 #include "ui/motion.h"
 
@@ -24,6 +25,7 @@ TolvenaryApp::TolvenaryApp(Platform &platform) : m_platform(platform), m_coordin
 
 TolvenaryApp::~TolvenaryApp()
 {
+    m_platform.windowOcclusion().observeWindowDidChangeOcclusionState(0, nullptr);
     m_platform.workspace().observeAccessibilityDisplayOptionsDidChange(nullptr);
     m_coordinator.teardown();
 }
@@ -60,6 +62,8 @@ void TolvenaryApp::followMotion()
     };
     workspace.observeAccessibilityDisplayOptionsDidChange(follow);
     follow();
+    m_platform.windowOcclusion().observeWindowDidChangeOcclusionState(
+        window()->winId(), [motion](bool visible) { motion->setPaused(!visible); });
 }
 
 QCoro::Task<void> TolvenaryApp::launch()

@@ -9,6 +9,7 @@ class AudioObjectProperties;
 class AudioServer;
 class AudioUnits;
 class IOProcs;
+class NSWindowOcclusion;
 class NSWorkspace;
 class ProcessInfo;
 class ProcessTaps;
@@ -36,6 +37,7 @@ class Platform
     virtual ProcessInfo &processInfo() = 0;
     virtual Timers &timers() = 0;
     virtual NSWorkspace &workspace() = 0;
+    virtual NSWindowOcclusion &windowOcclusion() = 0;
 };
 
 } // namespace tolvenary

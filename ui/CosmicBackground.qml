@@ -27,5 +27,6 @@ Item {
         anchors.fill: parent
         opacity: 0.85
         restful: Motion.reduced
+        paused: Motion.paused
     }
 }

@@ -11,4 +11,12 @@ void Motion::setReduced(bool reduced)
     emit reducedChanged();
 }
 
+void Motion::setPaused(bool paused)
+{
+    if (paused == m_paused)
+        return;
+    m_paused = paused;
+    emit pausedChanged();
+}
+
 } // namespace tolvenary

@@ -13,6 +13,7 @@ class Motion : public QObject
     QML_ELEMENT
     QML_SINGLETON
     Q_PROPERTY(bool reduced READ isReduced WRITE setReduced NOTIFY reducedChanged FINAL)
+    Q_PROPERTY(bool paused READ isPaused WRITE setPaused NOTIFY pausedChanged FINAL)
 
   public:
     explicit Motion(QObject *parent = nullptr) : QObject(parent) {}
@@ -21,11 +22,17 @@ class Motion : public QObject
     bool isReduced() const { return m_reduced; }
     void setReduced(bool reduced);
 
+    /// True while nothing of the window can be seen: what moves without end stands still.
+    bool isPaused() const { return m_paused; }
+    void setPaused(bool paused);
+
   signals:
     void reducedChanged();
+    void pausedChanged();
 
   private:
     bool m_reduced = false;
+    bool m_paused = false;
 };
 
 } // namespace tolvenary

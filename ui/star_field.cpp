@@ -24,6 +24,7 @@ StarField::StarField(QQuickItem *parent)
     setFlag(ItemHasContents);
     m_tick.setInterval(frame);
     connect(&m_tick, &QTimer::timeout, this, &StarField::tick);
+    connect(this, &StarField::pausedChanged, this, &StarField::updatePulsing);
 }
 
 void StarField::setTwinkle(bool twinkle)
@@ -107,7 +108,7 @@ QSGNode *StarField::updatePaintNode(QSGNode *node, UpdatePaintNodeData *)
 void StarField::updatePulsing()
 {
     const bool seen = window() && window()->isExposed() && window()->visibility() != QWindow::Minimized && isVisible();
-    const bool pulses = m_twinkle && !m_restful && seen;
+    const bool pulses = m_twinkle && !m_restful && !m_paused && seen;
     if (pulses == m_tick.isActive())
         return;
     if (pulses) {

@@ -18,6 +18,7 @@ class StarField : public QQuickItem
     QML_ELEMENT
     Q_PROPERTY(bool twinkle READ twinkle WRITE setTwinkle NOTIFY twinkleChanged FINAL)
     Q_PROPERTY(bool restful READ restful WRITE setRestful NOTIFY restfulChanged FINAL)
+    Q_PROPERTY(bool paused MEMBER m_paused NOTIFY pausedChanged FINAL)
 
   public:
     explicit StarField(QQuickItem *parent = nullptr);
@@ -47,6 +48,7 @@ class StarField : public QQuickItem
   signals:
     void twinkleChanged();
     void restfulChanged();
+    void pausedChanged();
 
   protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -65,6 +67,7 @@ class StarField : public QQuickItem
     double m_seconds = 0; ///< of pulsing that were seen; a hidden field stands still
     bool m_twinkle = false;
     bool m_restful = false;
+    bool m_paused = false; ///< the stars stand as they were: nobody can see the window
 };
 
 } // namespace tolvenary

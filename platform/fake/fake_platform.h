@@ -12,6 +12,7 @@
 #include "platform/fake/fake_screen_capture_access.h"
 #include "platform/fake/fake_shareable_content.h"
 #include "platform/fake/fake_timers.h"
+#include "platform/fake/fake_window_occlusion.h"
 #include "platform/fake/fake_workspace.h"
 #include "platform/platform.h"
 
@@ -37,6 +38,7 @@ class FakePlatform final : public Platform
     FakeProcessInfo &processInfo() override { return m_processInfo; }
     FakeTimers &timers() override { return m_timers; }
     FakeWorkspace &workspace() override { return m_workspace; }
+    FakeWindowOcclusion &windowOcclusion() override { return m_windowOcclusion; }
 
     FakeCalls &calls() { return m_calls; }
     FakeObjects &objects() { return m_objects; }
@@ -60,6 +62,7 @@ class FakePlatform final : public Platform
     FakeProcessInfo m_processInfo;
     FakeTimers m_timers;
     FakeWorkspace m_workspace;
+    FakeWindowOcclusion m_windowOcclusion;
 };
 
 } // namespace tolvenary

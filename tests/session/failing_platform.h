@@ -64,6 +64,7 @@ class FailingPlatform final : public Platform,
     ProcessInfo &processInfo() override { return m_real.processInfo(); }
     Timers &timers() override { return m_real.timers(); }
     NSWorkspace &workspace() override { return m_real.workspace(); }
+    NSWindowOcclusion &windowOcclusion() override { return m_real.windowOcclusion(); }
 
   private:
     bool fails(FailingCall call) const { return call == m_call; }

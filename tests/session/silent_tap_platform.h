@@ -25,6 +25,7 @@ class SilentTapPlatform final : public Platform, private IOProcs
     ProcessInfo &processInfo() override { return m_real.processInfo(); }
     Timers &timers() override { return m_real.timers(); }
     NSWorkspace &workspace() override { return m_real.workspace(); }
+    NSWindowOcclusion &windowOcclusion() override { return m_real.windowOcclusion(); }
 
   private:
     OSStatus AudioDeviceCreateIOProcIDWithBlock(AudioDeviceIOProcID &outIOProcID, AudioObjectID device,

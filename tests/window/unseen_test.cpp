@@ -1,9 +1,11 @@
+#include "platform/desktop/x_window_occlusion.h"
 #include "tests/core/event_loop.h"
 #include "tests/ui/support/stage_window.h"
 #include "ui/motion.h"
 #include "ui/star_field.h"
 
 #include <QQuickWindow>
+#include <QRasterWindow>
 #include <QTimer>
 #include <gtest/gtest.h>
 
@@ -86,6 +88,28 @@ TEST_F(Unseen, aMinimisedWindowDrawsNothingUntilItIsBack)
     EXPECT_TRUE(isAtRest());
     EXPECT_FALSE(stars->isPulsing());
     window().showNormal();
+    EXPECT_TRUE(isDrawing());
+}
+
+TEST_F(Unseen, aWindowThatOthersCoverDrawsNothingUntilItIsUncovered)
+{
+    XWindowOcclusion occlusion;
+    occlusion.observeWindowDidChangeOcclusionState(window().winId(),
+                                                   [this](bool visible) { shown.motion().setPaused(!visible); });
+    QRasterWindow cover;
+    cover.setFlag(Qt::FramelessWindowHint);
+    cover.setGeometry(window().geometry().marginsAdded({50, 50, 50, 50}));
+    ASSERT_TRUE(isDrawing());
+    cover.show();
+    cover.raise();
+    EXPECT_TRUE(waitUntil([this] { return !stars->isPulsing(); }));
+    EXPECT_TRUE(isAtRest());
+    // A strip of it is enough to be seen.
+    cover.setGeometry(cover.geometry().translated(100, 0));
+    EXPECT_TRUE(isDrawing());
+    cover.setGeometry(cover.geometry().translated(-100, 0));
+    EXPECT_TRUE(isAtRest());
+    cover.hide();
     EXPECT_TRUE(isDrawing());
 }
 

@@ -17,7 +17,7 @@ namespace
 {
 
 /// The whole application on a made-up desktop.
-class ReducedMotion : public testing::Test
+class MotionOfThePanel : public testing::Test
 {
   protected:
     void show()
@@ -56,7 +56,7 @@ class ReducedMotion : public testing::Test
 
 } // namespace
 
-TEST_F(ReducedMotion, theStarsRestWhenTheDesktopAsksForIt)
+TEST_F(MotionOfThePanel, theStarsRestWhenTheDesktopAsksForIt)
 {
     platform.workspace().setReduceMotion(true);
     show();
@@ -65,7 +65,7 @@ TEST_F(ReducedMotion, theStarsRestWhenTheDesktopAsksForIt)
     EXPECT_TRUE(areStarsAtFullOpacity());
 }
 
-TEST_F(ReducedMotion, theStarsFollowTheDesktopWhileTheProgramRuns)
+TEST_F(MotionOfThePanel, theStarsFollowTheDesktopWhileTheProgramRuns)
 {
     show();
     EXPECT_TRUE(stars->isPulsing());
@@ -77,7 +77,7 @@ TEST_F(ReducedMotion, theStarsFollowTheDesktopWhileTheProgramRuns)
     EXPECT_TRUE(stars->isPulsing());
 }
 
-TEST_F(ReducedMotion, noButtonSwingsThen)
+TEST_F(MotionOfThePanel, noButtonSwingsThen)
 {
     show();
     platform.workspace().setReduceMotion(true);
@@ -89,12 +89,25 @@ TEST_F(ReducedMotion, noButtonSwingsThen)
     EXPECT_EQ(button->scale(), 1);
 }
 
-TEST_F(ReducedMotion, theDesktopIsNotObservedByAProgramThatIsGone)
+TEST_F(MotionOfThePanel, theStarsStandAsTheyWereWhileTheWindowIsCovered)
+{
+    show();
+    ASSERT_TRUE(waitUntil([&] { return !areStarsAtFullOpacity(); }));
+    platform.windowOcclusion().setVisible(false);
+    EXPECT_FALSE(stars->isPulsing());
+    EXPECT_FALSE(areStarsAtFullOpacity());
+    platform.windowOcclusion().setVisible(true);
+    EXPECT_TRUE(stars->isPulsing());
+}
+
+TEST_F(MotionOfThePanel, theDesktopIsNotObservedByAProgramThatIsGone)
 {
     show();
     EXPECT_TRUE(platform.workspace().isObserved());
+    EXPECT_TRUE(platform.windowOcclusion().isObserved());
     app.reset();
     EXPECT_FALSE(platform.workspace().isObserved());
+    EXPECT_FALSE(platform.windowOcclusion().isObserved());
 }
 
 } // namespace tolvenary::test

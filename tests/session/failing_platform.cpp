@@ -89,61 +89,61 @@ void FailingPlatform::authorizationStatusForMediaType(AVMediaType mediaType,
     if (fails(FailingCall::microphonePermission))
         completionHandler(AVAuthorizationStatus::denied);
     else
-        m_real.captureDevice().authorizationStatusForMediaType(mediaType, std::move(completionHandler));
+        real().captureDevice().authorizationStatusForMediaType(mediaType, std::move(completionHandler));
 }
 
 void FailingPlatform::requestAccessForMediaType(AVMediaType mediaType,
                                                 std::function<void(bool granted)> completionHandler)
 {
-    m_real.captureDevice().requestAccessForMediaType(mediaType, std::move(completionHandler));
+    real().captureDevice().requestAccessForMediaType(mediaType, std::move(completionHandler));
 }
 
 bool FailingPlatform::CGPreflightScreenCaptureAccess()
 {
     return !fails(FailingCall::screenRecordingPermission) &&
-           m_real.screenCaptureAccess().CGPreflightScreenCaptureAccess();
+           real().screenCaptureAccess().CGPreflightScreenCaptureAccess();
 }
 
 bool FailingPlatform::CGRequestScreenCaptureAccess()
 {
-    return m_real.screenCaptureAccess().CGRequestScreenCaptureAccess();
+    return real().screenCaptureAccess().CGRequestScreenCaptureAccess();
 }
 
 std::unique_ptr<AudioOutputUnit> FailingPlatform::makeOutputUnit()
 {
-    return std::make_unique<FailingOutputUnit>(m_real.audioUnits().makeOutputUnit(), fails(FailingCall::bindOutput),
+    return std::make_unique<FailingOutputUnit>(real().audioUnits().makeOutputUnit(), fails(FailingCall::bindOutput),
                                                fails(FailingCall::startOutput));
 }
 
 std::unique_ptr<AudioInputUnit> FailingPlatform::makeInputUnit()
 {
-    auto real = m_real.audioUnits().makeInputUnit();
+    auto unit = real().audioUnits().makeInputUnit();
     if (fails(FailingCall::startInput))
-        return std::make_unique<FailingInputUnit>(std::move(real));
-    return real;
+        return std::make_unique<FailingInputUnit>(std::move(unit));
+    return unit;
 }
 
 OSStatus FailingPlatform::AudioHardwareCreateProcessTap(const CATapDescription &description, AudioObjectID &outTap)
 {
     return fails(FailingCall::createTap) ? -EPERM
-                                         : m_real.processTaps().AudioHardwareCreateProcessTap(description, outTap);
+                                         : real().processTaps().AudioHardwareCreateProcessTap(description, outTap);
 }
 
 OSStatus FailingPlatform::AudioHardwareDestroyProcessTap(AudioObjectID tap)
 {
-    return m_real.processTaps().AudioHardwareDestroyProcessTap(tap);
+    return real().processTaps().AudioHardwareDestroyProcessTap(tap);
 }
 
 OSStatus FailingPlatform::AudioHardwareCreateAggregateDevice(const Dictionary &description, AudioObjectID &outDevice)
 {
     return fails(FailingCall::createAggregate)
                ? -ENOMEM
-               : m_real.aggregateDevices().AudioHardwareCreateAggregateDevice(description, outDevice);
+               : real().aggregateDevices().AudioHardwareCreateAggregateDevice(description, outDevice);
 }
 
 OSStatus FailingPlatform::AudioHardwareDestroyAggregateDevice(AudioObjectID device)
 {
-    return m_real.aggregateDevices().AudioHardwareDestroyAggregateDevice(device);
+    return real().aggregateDevices().AudioHardwareDestroyAggregateDevice(device);
 }
 
 OSStatus FailingPlatform::AudioDeviceCreateIOProcIDWithBlock(AudioDeviceIOProcID &outIOProcID, AudioObjectID device,
@@ -151,22 +151,22 @@ OSStatus FailingPlatform::AudioDeviceCreateIOProcIDWithBlock(AudioDeviceIOProcID
 {
     return fails(FailingCall::createIOProc)
                ? -ENODEV
-               : m_real.ioProcs().AudioDeviceCreateIOProcIDWithBlock(outIOProcID, device, std::move(block));
+               : real().ioProcs().AudioDeviceCreateIOProcIDWithBlock(outIOProcID, device, std::move(block));
 }
 
 OSStatus FailingPlatform::AudioDeviceDestroyIOProcID(AudioObjectID device, AudioDeviceIOProcID proc)
 {
-    return m_real.ioProcs().AudioDeviceDestroyIOProcID(device, proc);
+    return real().ioProcs().AudioDeviceDestroyIOProcID(device, proc);
 }
 
 OSStatus FailingPlatform::AudioDeviceStart(AudioObjectID device, AudioDeviceIOProcID proc)
 {
-    return fails(FailingCall::startDevice) ? -EIO : m_real.ioProcs().AudioDeviceStart(device, proc);
+    return fails(FailingCall::startDevice) ? -EIO : real().ioProcs().AudioDeviceStart(device, proc);
 }
 
 OSStatus FailingPlatform::AudioDeviceStop(AudioObjectID device, AudioDeviceIOProcID proc)
 {
-    return m_real.ioProcs().AudioDeviceStop(device, proc);
+    return real().ioProcs().AudioDeviceStop(device, proc);
 }
 
 } // namespace tolvenary::session

@@ -4,9 +4,9 @@
 #include "platform/audio_units.h"
 #include "platform/capture_authorization.h"
 #include "platform/io_procs.h"
-#include "platform/platform.h"
 #include "platform/process_taps.h"
 #include "platform/screen_capture_access.h"
+#include "tests/session/forwarding_platform.h"
 
 #include <array>
 #include <string>
@@ -28,7 +28,7 @@ enum class FailingCall {
 };
 
 /// Another platform, of which one call fails.
-class FailingPlatform final : public Platform,
+class FailingPlatform final : public ForwardingPlatform,
                               private AVCaptureDevice,
                               private ScreenCaptureAccess,
                               private AudioUnits,
@@ -45,26 +45,18 @@ class FailingPlatform final : public Platform,
         FailingCall::startDevice,
     };
 
-    FailingPlatform(Platform &real, FailingCall call) : m_real(real), m_call(call) {}
+    FailingPlatform(Platform &real, FailingCall call) : ForwardingPlatform(real), m_call(call) {}
 
     /// The stage of the start that the call belongs to, as the status names it.
     static std::string stage(FailingCall call);
     static std::string name(FailingCall call);
 
-    AudioServer &audioServer() override { return m_real.audioServer(); }
-    AudioObjectProperties &audioObjectProperties() override { return m_real.audioObjectProperties(); }
     ProcessTaps &processTaps() override { return *this; }
     AggregateDevices &aggregateDevices() override { return *this; }
     IOProcs &ioProcs() override { return *this; }
     AudioUnits &audioUnits() override { return *this; }
     AVCaptureDevice &captureDevice() override { return *this; }
     ScreenCaptureAccess &screenCaptureAccess() override { return *this; }
-    SCShareableContent &shareableContent() override { return m_real.shareableContent(); }
-    SCStreams &captureStreams() override { return m_real.captureStreams(); }
-    ProcessInfo &processInfo() override { return m_real.processInfo(); }
-    Timers &timers() override { return m_real.timers(); }
-    NSWorkspace &workspace() override { return m_real.workspace(); }
-    NSWindowOcclusion &windowOcclusion() override { return m_real.windowOcclusion(); }
 
   private:
     bool fails(FailingCall call) const { return call == m_call; }
@@ -86,7 +78,6 @@ class FailingPlatform final : public Platform,
     OSStatus AudioDeviceStart(AudioObjectID device, AudioDeviceIOProcID proc) override;
     OSStatus AudioDeviceStop(AudioObjectID device, AudioDeviceIOProcID proc) override;
 
-    Platform &m_real;
     FailingCall m_call;
 };
 

@@ -3,7 +3,7 @@
 
 #include "platform/desktop/desktop_workspace.h"
 #include "tests/platform/desktop/event_loop.h"
-#include "tests/platform/desktop/temporary_folder.h"
+#include "tests/platform/desktop/fixture_settings.h"
 
 namespace tolvenary
 {
@@ -12,22 +12,6 @@ namespace
 {
 
 constexpr auto *schemaName = "org.gnome.desktop.interface";
-
-/// Settings in a file of the test's own, and no bus, so that no portal speaks for the desktop.
-class FixtureSettings : public testing::Environment
-{
-  public:
-    void SetUp() override
-    {
-        setenv("XDG_CONFIG_HOME", m_folder.path().c_str(), 1);
-        setenv("GSETTINGS_BACKEND", "keyfile", 1);
-        unsetenv("XDG_RUNTIME_DIR");
-        unsetenv("DBUS_SESSION_BUS_ADDRESS");
-    }
-
-  private:
-    TemporaryFolder m_folder;
-};
 
 const auto *const application = testing::AddGlobalTestEnvironment(new QtApplication);
 const auto *const fixtureSettings = testing::AddGlobalTestEnvironment(new FixtureSettings);

@@ -8,13 +8,11 @@
 #include <QDBusPendingReply>
 #include <QDBusVariant>
 #include <QMap>
-#include <QObject>
 #include <QPointer>
 #include <QStringList>
 #include <array>
 #include <chrono>
 #include <qcoro/qcorodbuspendingreply.h>
-#include <set>
 
 namespace tolvenary
 {
@@ -87,89 +85,66 @@ QDBusMessage readAll()
 
 } // namespace
 
-class PortalMotion::Watch : public QObject
+PortalMotion::PortalMotion(const QString &busAddress, std::function<void()> changed) : m_changed(std::move(changed))
 {
-    Q_OBJECT
-
-  public:
-    Watch(const QString &busAddress, std::function<void()> changed) : m_changed(std::move(changed))
-    {
-        qDBusRegisterMetaType<Namespaces>();
-        follow(std::make_shared<SessionBus>(busAddress));
-    }
-
-    std::optional<bool> isReduced() const { return m_answered ? std::optional(!m_asking.empty()) : std::nullopt; }
-
-  private slots:
-    // A slot of the signal's own types would be found only once the library has met them elsewhere.
-    void settingChanged(const QDBusMessage &signal)
-    {
-        const QVariantList arguments = signal.arguments();
-        if (arguments.size() != 3)
-            return;
-        take(arguments[0].toString(), arguments[1].toString(), arguments[2].value<QDBusVariant>().variant());
-        if (m_answered)
-            m_changed();
-    }
-
-  private:
-    QCoro::Task<> follow(std::shared_ptr<SessionBus> bus)
-    {
-        const QPointer<Watch> self(this);
-        if (!co_await bus->greet(answerLimit) || !self)
-            co_return;
-        m_bus = bus;
-        // Told of changes first and asked second: no change falls between the two.
-        QDBusConnection connection = bus->connection();
-        connection.connect(QString(), QLatin1String(portalPath), QLatin1String(settingsInterface),
-                           QStringLiteral("SettingChanged"), this, SLOT(settingChanged(QDBusMessage)));
-        connection.asyncCall(addMatch());
-        const QDBusPendingReply<Namespaces> reply =
-            connection.asyncCall(readAll(), static_cast<int>(std::chrono::milliseconds(answerLimit).count()));
-        co_await reply;
-        if (!self || reply.isError())
-            co_return;
-        const Namespaces answer = reply.value();
-        for (const Setting &setting : settings) {
-            const QLatin1String key(setting.key);
-            const QVariantMap values = answer.value(QLatin1String(setting.space));
-            if (values.contains(key))
-                take(QLatin1String(setting.space), key, values.value(key));
-        }
-        m_answered = true;
-        m_changed();
-    }
-
-    void take(const QString &space, const QString &key, const QVariant &value)
-    {
-        for (const Setting &setting : settings) {
-            if (space != QLatin1String(setting.space) || key != QLatin1String(setting.key))
-                continue;
-            if (setting.asksForRest(value))
-                m_asking.insert(&setting);
-            else
-                m_asking.erase(&setting);
-        }
-    }
-
-    std::function<void()> m_changed;
-    std::shared_ptr<SessionBus> m_bus; ///< held for the changes that it brings
-    std::set<const Setting *> m_asking;
-    bool m_answered = false;
-};
-
-PortalMotion::PortalMotion(const QString &busAddress, std::function<void()> changed)
-    : m_watch(std::make_unique<Watch>(busAddress, std::move(changed)))
-{
+    qDBusRegisterMetaType<Namespaces>();
+    follow(std::make_shared<SessionBus>(busAddress));
 }
 
 PortalMotion::~PortalMotion() = default;
 
 std::optional<bool> PortalMotion::isReduced() const
 {
-    return m_watch->isReduced();
+    return m_answered ? std::optional(!m_asking.empty()) : std::nullopt;
+}
+
+void PortalMotion::settingChanged(const QDBusMessage &signal)
+{
+    const QVariantList arguments = signal.arguments();
+    if (arguments.size() != 3)
+        return;
+    take(arguments[0].toString(), arguments[1].toString(), arguments[2].value<QDBusVariant>().variant());
+    if (m_answered)
+        m_changed();
+}
+
+QCoro::Task<> PortalMotion::follow(std::shared_ptr<SessionBus> bus)
+{
+    const QPointer<PortalMotion> self(this);
+    if (!co_await bus->greet(answerLimit) || !self)
+        co_return;
+    m_bus = bus;
+    // Told of changes first and asked second: no change falls between the two.
+    QDBusConnection connection = bus->connection();
+    connection.connect(QString(), QLatin1String(portalPath), QLatin1String(settingsInterface),
+                       QStringLiteral("SettingChanged"), this, SLOT(settingChanged(QDBusMessage)));
+    connection.asyncCall(addMatch());
+    const QDBusPendingReply<Namespaces> reply =
+        connection.asyncCall(readAll(), static_cast<int>(std::chrono::milliseconds(answerLimit).count()));
+    co_await reply;
+    if (!self || reply.isError())
+        co_return;
+    const Namespaces answer = reply.value();
+    for (const Setting &setting : settings) {
+        const QLatin1String key(setting.key);
+        const QVariantMap values = answer.value(QLatin1String(setting.space));
+        if (values.contains(key))
+            take(QLatin1String(setting.space), key, values.value(key));
+    }
+    m_answered = true;
+    m_changed();
+}
+
+void PortalMotion::take(const QString &space, const QString &key, const QVariant &value)
+{
+    for (const Setting &setting : settings) {
+        if (space != QLatin1String(setting.space) || key != QLatin1String(setting.key))
+            continue;
+        if (setting.asksForRest(value))
+            m_asking.insert(key);
+        else
+            m_asking.erase(key);
+    }
 }
 
 } // namespace tolvenary
-
-#include "portal_motion.moc"

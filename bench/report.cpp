@@ -1,0 +1,54 @@
+#include "bench/report.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <cstdio>
+#include <stdexcept>
+
+namespace tolvenary::bench
+{
+
+namespace
+{
+
+QJsonArray arrayOf(const std::vector<double> &values)
+{
+    QJsonArray array;
+    for (const double value : values)
+        array.append(value);
+    return array;
+}
+
+void insert(QJsonObject &object, const char *name, const std::optional<double> &value)
+{
+    if (value)
+        object.insert(QLatin1String(name), *value);
+}
+
+} // namespace
+
+void report(const Row &row)
+{
+    if (row.ours.empty() || (!row.theirs.empty() && row.theirs.size() != row.ours.size()))
+        throw std::invalid_argument("a row without rounds, or with rounds of one only: " + row.work);
+    QJsonObject object{{QStringLiteral("part"), QString::fromStdString(row.part)},
+                       {QStringLiteral("work"), QString::fromStdString(row.work)},
+                       {QStringLiteral("beside"), QString::fromStdString(row.beside)},
+                       {QStringLiteral("unit"), QString::fromStdString(row.unit)},
+                       {QStringLiteral("ours"), arrayOf(row.ours)},
+                       {QStringLiteral("theirs"), arrayOf(row.theirs)}};
+    insert(object, "mostRatio", row.mostRatio);
+    insert(object, "mostOfOurs", row.mostOfOurs);
+    insert(object, "leastOfOurs", row.leastOfOurs);
+    std::printf("%s\n", QJsonDocument(object).toJson(QJsonDocument::Compact).constData());
+    std::fflush(stdout);
+}
+
+void progress(const std::string &text)
+{
+    std::fprintf(stderr, "   %s\n", text.c_str());
+}
+
+} // namespace tolvenary::bench

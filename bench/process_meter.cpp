@@ -1,10 +1,12 @@
 #include "bench/process_meter.h"
 
+#include <filesystem>
 #include <fstream>
 #include <limits>
 #include <sstream>
 #include <string>
 #include <unistd.h>
+#include <vector>
 
 namespace tolvenary::bench
 {
@@ -17,7 +19,42 @@ std::ifstream open(pid_t process, const char *file)
     return std::ifstream("/proc/" + std::to_string(process) + "/" + file);
 }
 
+/// Folders of its threads.
+std::vector<std::filesystem::path> tasksOf(pid_t process)
+{
+    std::vector<std::filesystem::path> tasks;
+    for (const auto &task : std::filesystem::directory_iterator("/proc/" + std::to_string(process) + "/task"))
+        tasks.push_back(task.path());
+    return tasks;
+}
+
 } // namespace
+
+double scheduledSeconds(pid_t process)
+{
+    double nanoseconds = 0;
+    for (const auto &task : tasksOf(process)) {
+        double ran = 0;
+        std::ifstream(task / "schedstat") >> ran;
+        nanoseconds += ran;
+    }
+    return nanoseconds * 1e-9;
+}
+
+double wakeUps(pid_t process)
+{
+    double sleeps = 0;
+    for (const auto &task : tasksOf(process)) {
+        std::ifstream status(task / "status");
+        std::string word;
+        while (status >> word && word != "voluntary_ctxt_switches:") {
+        }
+        double count = 0;
+        status >> count;
+        sleeps += count;
+    }
+    return sleeps;
+}
 
 double processorSeconds(pid_t process)
 {

@@ -30,6 +30,9 @@ class PrivateSession
     void hangServer();
     void resumeServer();
 
+    /// The sound server's process.
+    pid_t soundServer() const { return m_pipewire->pid(); }
+
     /// Starts a program in this session; its output is in a file of the session.
     std::unique_ptr<ChildProcess> start(const Arguments &command);
 

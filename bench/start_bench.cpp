@@ -10,6 +10,7 @@
 #include <array>
 #include <cstdlib>
 #include <stdexcept>
+#include <thread>
 
 namespace
 {
@@ -61,6 +62,13 @@ void measure(MixBed &bed, GraphWatch &watch, const char *nodes, Times &times, St
     times.stop.push_back(millisecondsSince(ended, *watch.gone(nodes)));
 }
 
+/// Somewhere else in the cycle in each round: the server's next cycle is what both wait for, and whoever always presses
+/// right behind one would be compared by whole cycles.
+void spreadOverCycle(int quantum, int round)
+{
+    std::this_thread::sleep_for(std::chrono::microseconds(quantum * (round * 7 % rounds) * 1000 / 48 / rounds));
+}
+
 void report(const std::string &work, const std::vector<double> &ours, const std::vector<double> &theirs)
 {
     bench::report({.part = "Start and stop",
@@ -90,8 +98,10 @@ void run()
         Times theirs;
         for (int round = 1; round <= rounds; ++round) {
             progress("start and stop" + size + ", round " + std::to_string(round) + " of " + std::to_string(rounds));
+            spreadOverCycle(quantum, round);
             measure(
                 bed, watch, ourNodes, ours, [&] { bed.pressStart(); }, [&] { bed.stop(); });
+            spreadOverCycle(quantum, round);
             std::unique_ptr<LoopbackPair> loopbacks;
             measure(
                 bed, watch, LoopbackPair::nodeNames, theirs,

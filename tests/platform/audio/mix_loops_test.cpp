@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <random>
 #include <vector>
 
 using namespace tolvenary;
@@ -65,4 +67,81 @@ TEST(MixLoops, aCrossfadeInPiecesIsTheSameAsInOne)
     crossfadeSamples(pieces.data() + 20, target.data() + 20, 30, 20, 50);
     EXPECT_EQ(whole, pieces);
     EXPECT_EQ(whole.back(), 0.7F);
+}
+
+namespace
+{
+
+std::vector<float> noise(std::size_t length, unsigned seed)
+{
+    std::minstd_rand random(seed);
+    std::uniform_real_distribution<float> values(-1, 1);
+    std::vector<float> samples(length);
+    for (float &sample : samples)
+        sample = values(random);
+    return samples;
+}
+
+/// Every loop of one kind, one after the other, on blocks of `frames` frames that begin in the middle of a line.
+std::vector<float> allLoops(const MixLoops &loops, std::uint32_t frames)
+{
+    std::vector<float> samples = noise(frames, 1);
+    const std::vector<float> other = noise(frames, 2);
+    loops.add(samples.data(), other.data(), frames);
+    loops.scale(samples.data(), frames, 0.7F);
+    loops.scaleAlong(samples.data(), frames, {0.3F, 1.9F, frames + 11}, 7);
+    loops.crossfade(samples.data(), other.data(), frames, 5, frames + 9);
+    return samples;
+}
+
+/// The same, straight from the definition.
+std::vector<float> allByDefinition(std::uint32_t frames)
+{
+    std::vector<float> samples = noise(frames, 1);
+    const std::vector<float> other = noise(frames, 2);
+    for (std::uint32_t i = 0; i < frames; ++i) {
+        const double gain = 0.3 + (1.9 - 0.3) * (i + 8) / (frames + 11);
+        const double part = static_cast<double>(i + 6) / (frames + 9);
+        const double mixed = (static_cast<double>(samples[i]) + static_cast<double>(other[i])) * 0.7 * gain;
+        samples[i] = static_cast<float>(mixed + (static_cast<double>(other[i]) - mixed) * part);
+    }
+    return samples;
+}
+
+void expectNear(const std::vector<float> &made, const std::vector<float> &wanted)
+{
+    ASSERT_EQ(made.size(), wanted.size());
+    for (std::size_t i = 0; i < made.size(); ++i)
+        ASSERT_NEAR(made[i], wanted[i], 1e-6) << "frame " << i << " of " << made.size();
+}
+
+} // namespace
+
+TEST(MixLoops, plainLoopsDoWhatTheyAreDefinedAsAtEveryLength)
+{
+    for (std::uint32_t frames = 0; frames < 150; ++frames)
+        expectNear(allLoops(plainMixLoops(), frames), allByDefinition(frames));
+}
+
+TEST(MixLoops, wideLoopsGiveTheSameToTheLastBitAtEveryLength)
+{
+    if (wideMixLoops() == nullptr)
+        GTEST_SKIP() << "this processor has no AVX2";
+    for (std::uint32_t frames = 0; frames < 150; ++frames)
+        ASSERT_EQ(allLoops(*wideMixLoops(), frames), allLoops(plainMixLoops(), frames)) << frames;
+}
+
+TEST(MixLoops, noLoopTouchesWhatLiesBehindItsBlock)
+{
+    for (const MixLoops *const loops : {&plainMixLoops(), wideMixLoops()}) {
+        for (std::uint32_t frames = 0; loops != nullptr && frames < 70; ++frames) {
+            std::vector<float> samples(frames + 40, 3.0F);
+            const std::vector<float> other(frames + 40, 5.0F);
+            loops->add(samples.data(), other.data(), frames);
+            loops->scale(samples.data(), frames, 0.5F);
+            loops->scaleAlong(samples.data(), frames, {1, 2, frames + 1}, 0);
+            loops->crossfade(samples.data(), other.data(), frames, 0, frames + 1);
+            ASSERT_EQ(std::count(samples.begin() + frames, samples.end(), 3.0F), 40) << frames;
+        }
+    }
 }

@@ -36,9 +36,11 @@ template <std::size_t lanes> class Countdown
   public:
     [[gnu::always_inline]] explicit Countdown(std::int32_t toEnd)
     {
+        Vector<lanes> ordinals;
+        for (std::size_t lane = 0; lane < lanes; ++lane)
+            ordinals[lane] = static_cast<float>(lane);
         for (std::size_t i = 0; i < batch; ++i)
-            for (std::size_t lane = 0; lane < lanes; ++lane)
-                m_left[i][lane] = static_cast<float>(toEnd - static_cast<std::int32_t>(i * lanes + lane));
+            m_left[i] = (static_cast<float>(toEnd) - static_cast<float>(i * lanes)) - ordinals;
     }
 
     [[gnu::always_inline]] const Vector<lanes> &operator[](std::size_t i) const { return m_left[i]; }

@@ -213,22 +213,23 @@ void benchQueue(Duels &duels)
     AVAudioPCMBufferPool pool(4, longest * 8);
     SpscRing<ScheduledBuffer> ring(256);
     moodycamel::ReaderWriterQueue<ScheduledBuffer> other(256);
-    ScheduledBuffer ours{pool.make(mixFormat(), 64), {}};
-    ScheduledBuffer theirs{pool.make(mixFormat(), 64), {}};
+    ring.writer().push({pool.make(mixFormat(), 64), {}});
+    other.try_enqueue({pool.make(mixFormat(), 64), {}});
     duels.fight(
         {.part = "Queue",
-         .work = "schedule a buffer and pull it",
+         .work = "pull a buffer and schedule one",
          .beside = "moodycamel readerwriterqueue",
          .mostRatio = 1.0},
         [&] {
-            ring.writer().push(std::move(ours));
-            ours = ring.reader().pop();
+            ScheduledBuffer pulled = ring.reader().pop();
+            ring.writer().push(std::move(pulled));
         },
         [&] {
-            other.try_enqueue(std::move(theirs));
-            other.try_dequeue(theirs);
+            ScheduledBuffer pulled;
+            other.try_dequeue(pulled);
+            other.try_enqueue(std::move(pulled));
         });
-    if (ours.buffer == nullptr || theirs.buffer == nullptr)
+    if (pool.freeSlots() != 2 || ring.reader().size() != 1 || other.size_approx() != 1)
         throw std::runtime_error("a buffer got lost in a queue");
 }
 

@@ -3,6 +3,7 @@
 #include <atomic>
 #include <bit>
 #include <cstddef>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -31,9 +32,12 @@ template <typename T> class SpscRing
         bool push(T &&item)
         {
             const std::size_t end = m_ring.m_end.load(std::memory_order_relaxed);
-            if (end - m_ring.m_begin.load(std::memory_order_acquire) == m_ring.m_slots.size())
-                return false;
-            m_ring.m_slots[end & m_ring.m_mask] = std::move(item);
+            if (end - m_ring.m_knownBegin == m_ring.m_slots.size()) {
+                m_ring.m_knownBegin = m_ring.m_begin.load(std::memory_order_acquire);
+                if (end - m_ring.m_knownBegin == m_ring.m_slots.size())
+                    return false;
+            }
+            m_ring.m_slots[end & m_ring.m_mask].emplace(std::move(item));
             m_ring.m_end.store(end + 1, std::memory_order_release);
             return true;
         }
@@ -56,14 +60,16 @@ template <typename T> class SpscRing
         /// The item `index` places behind the front, index < size(). real-time
         const T &operator[](std::size_t index) const
         {
-            return m_ring.m_slots[(m_ring.m_begin.load(std::memory_order_relaxed) + index) & m_ring.m_mask];
+            return *m_ring.m_slots[(m_ring.m_begin.load(std::memory_order_relaxed) + index) & m_ring.m_mask];
         }
 
         /// Takes the front item; size() > 0. real-time
         T pop()
         {
             const std::size_t begin = m_ring.m_begin.load(std::memory_order_relaxed);
-            T item = std::exchange(m_ring.m_slots[begin & m_ring.m_mask], T{});
+            std::optional<T> &slot = m_ring.m_slots[begin & m_ring.m_mask];
+            T item = std::move(*slot);
+            slot.reset();
             m_ring.m_begin.store(begin + 1, std::memory_order_release);
             return item;
         }
@@ -78,12 +84,13 @@ template <typename T> class SpscRing
     Reader &reader() { return m_reader; }
 
   private:
-    std::vector<T> m_slots;
+    std::vector<std::optional<T>> m_slots;
     std::size_t m_mask;
     Writer m_writer;
     Reader m_reader;
     // On lines of their own, so that the two threads do not fight over one.
     alignas(64) std::atomic<std::size_t> m_end{0};   ///< items ever written
+    std::size_t m_knownBegin = 0;                    ///< the reader's count when the writer last had to look
     alignas(64) std::atomic<std::size_t> m_begin{0}; ///< items ever read
 };
 

@@ -17,7 +17,8 @@ void fill(const AudioBuffer &target, const AudioBuffer *source)
     const std::uint32_t bytes = readable ? std::min(source->mDataByteSize, target.mDataByteSize) : 0;
     if (bytes > 0)
         std::memcpy(target.mData, source->mData, bytes);
-    std::memset(static_cast<std::byte *>(target.mData) + bytes, 0, target.mDataByteSize - bytes);
+    if (bytes < target.mDataByteSize)
+        std::memset(static_cast<std::byte *>(target.mData) + bytes, 0, target.mDataByteSize - bytes);
 }
 
 } // namespace

@@ -8,18 +8,26 @@ namespace tolvenary
 namespace
 {
 
-constexpr std::uint32_t noSlot = 0xFFFFFFFF;
+// The head of the free list is one word, so that one exchange changes all of it: a tag, how many slots are free, and
+// the first of them.
+
+constexpr std::uint32_t noSlot = 0xFFFF;
 
 constexpr std::uint32_t slotOf(std::uint64_t head)
 {
-    return static_cast<std::uint32_t>(head);
+    return static_cast<std::uint16_t>(head);
 }
 
-/// `slot` as the new head. The tag in the upper half differs from the old head's, so that a thread that was suspended
-/// while the same slot was taken and given back does not mistake the list for unchanged.
-constexpr std::uint64_t nextHead(std::uint64_t oldHead, std::uint32_t slot)
+constexpr std::uint32_t freeOf(std::uint64_t head)
 {
-    return ((oldHead >> 32) + 1) << 32 | slot;
+    return static_cast<std::uint16_t>(head >> 16);
+}
+
+/// The tag differs from the old head's, so that a thread that was suspended while the same slot was taken and given
+/// back does not mistake the list for unchanged.
+constexpr std::uint64_t nextHead(std::uint64_t oldHead, std::uint32_t free, std::uint32_t slot)
+{
+    return ((oldHead >> 32) + 1) << 32 | std::uint64_t{free} << 16 | slot;
 }
 
 } // namespace
@@ -30,9 +38,9 @@ AVAudioPCMBufferPool::AVAudioPCMBufferPool(std::uint32_t slots, std::size_t slot
       m_buffers(new AVAudioPCMBuffer[slots]),
       m_next(slots),
       m_slotCount(slots),
-      m_freeSlots(slots),
-      m_head(slots > 0 ? 0 : noSlot)
+      m_head(std::uint64_t{slots} << 16 | (slots > 0 ? 0 : noSlot))
 {
+    assert(slots < noSlot);
     for (std::uint32_t i = 0; i < slots; ++i) {
         m_buffers[i].m_pool = this;
         m_buffers[i].m_slot = i;
@@ -60,7 +68,7 @@ AVAudioPCMBufferPtr AVAudioPCMBufferPool::make(const AVAudioFormat &format, std:
 
 std::uint32_t AVAudioPCMBufferPool::freeSlots() const
 {
-    return m_freeSlots.load(std::memory_order_relaxed);
+    return freeOf(m_head.load(std::memory_order_relaxed));
 }
 
 std::uint32_t AVAudioPCMBufferPool::takeSlot()
@@ -69,22 +77,18 @@ std::uint32_t AVAudioPCMBufferPool::takeSlot()
     while (slotOf(head) != noSlot) {
         // Stale when another thread took the slot meanwhile; the exchange then fails, because the tag has moved on.
         const std::uint32_t next = m_next[slotOf(head)].load(std::memory_order_relaxed);
-        if (m_head.compare_exchange_weak(head, nextHead(head, next), std::memory_order_acquire)) {
-            m_freeSlots.fetch_sub(1, std::memory_order_relaxed);
+        if (m_head.compare_exchange_weak(head, nextHead(head, freeOf(head) - 1, next), std::memory_order_acquire))
             return slotOf(head);
-        }
     }
     return noSlot;
 }
 
 void AVAudioPCMBufferPool::recycle(std::uint32_t slot) noexcept
 {
-    // Counted before it can be taken again, so that the count never falls below 0.
-    m_freeSlots.fetch_add(1, std::memory_order_relaxed);
     std::uint64_t head = m_head.load(std::memory_order_relaxed);
     do {
         m_next[slot].store(slotOf(head), std::memory_order_relaxed);
-    } while (!m_head.compare_exchange_weak(head, nextHead(head, slot), std::memory_order_release,
+    } while (!m_head.compare_exchange_weak(head, nextHead(head, freeOf(head) + 1, slot), std::memory_order_release,
                                            std::memory_order_relaxed));
 }
 

@@ -13,7 +13,7 @@ namespace tolvenary
 class AVAudioPCMBufferPool
 {
   public:
-    /// `slotBytes` bounds the samples of one buffer, all channels together.
+    /// `slotBytes` bounds the samples of one buffer, all channels together. At most 65534 slots.
     AVAudioPCMBufferPool(std::uint32_t slots, std::size_t slotBytes);
     ~AVAudioPCMBufferPool();
 
@@ -42,8 +42,7 @@ class AVAudioPCMBufferPool
     std::unique_ptr<AVAudioPCMBuffer[]> m_buffers;
     std::vector<std::atomic<std::uint32_t>> m_next; ///< the free slot behind each free slot
     std::uint32_t m_slotCount;
-    std::atomic<std::uint32_t> m_freeSlots;
-    std::atomic<std::uint64_t> m_head; ///< tag and first free slot
+    std::atomic<std::uint64_t> m_head; ///< tag, number of free slots, first free slot
 };
 
 } // namespace tolvenary

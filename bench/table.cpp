@@ -87,7 +87,8 @@ class Table
         startPart(row.value(QStringLiteral("part")).toString());
         const double ourMedian = medianOf(ours);
         const double theirMedian = medianOf(theirs);
-        const auto ratio = ratioOf(ours, theirs);
+        const bool isLogarithm = row.value(QStringLiteral("unit")).toString() == QLatin1String("dB");
+        const auto ratio = isLogarithm ? std::nullopt : ratioOf(ours, theirs);
         const Verdict verdict = judge(row, ourMedian, ratio);
         m_aimed += verdict.isAimed ? 1 : 0;
         m_met += verdict.isAimed && verdict.isMet ? 1 : 0;

@@ -30,6 +30,10 @@ class DemoStage
     void pressStart(float microphoneGain, float applicationGain);
     void pressStop();
 
+    PrivateSession &session() { return m_session; }
+    /// The process with the window.
+    pid_t program() const { return m_program->pid(); }
+
     Recording record(int seconds);
     void takePicture(const std::filesystem::path &file);
 

@@ -24,7 +24,8 @@ using tolvenary::bench::spread;
 std::vector<double> numbers(const QJsonValue &array)
 {
     std::vector<double> values;
-    for (const QJsonValue &value : array.toArray())
+    const QJsonArray elements = array.toArray();
+    for (const auto &value : elements)
         values.push_back(value.toDouble());
     return values;
 }

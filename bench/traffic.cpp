@@ -1,5 +1,6 @@
 #include "bench/traffic.h"
 
+#include <cstdint>
 #include <cstring>
 
 namespace tolvenary::bench
@@ -8,7 +9,7 @@ namespace tolvenary::bench
 namespace
 {
 
-template <std::size_t lanes> using Vector [[gnu::vector_size(lanes * sizeof(float))]] = float;
+template <std::size_t lanes> using Vector [[gnu::vector_size(lanes * sizeof(std::uint32_t))]] = std::uint32_t;
 
 constexpr std::size_t batch = 4;
 
@@ -19,7 +20,7 @@ template <std::size_t lanes>
         for (std::size_t i = 0; i < batch; ++i) {
             Vector<lanes> a;
             std::memcpy(&a, from + done + i * lanes, sizeof a);
-            asm volatile("" : "+x"(a)); // or the compiler would see that nothing happens
+            asm volatile("" ::: "memory"); // or the compiler would see that nothing happens
             std::memcpy(to + done + i * lanes, &a, sizeof a);
         }
     }
@@ -34,7 +35,7 @@ template <std::size_t lanes>
             Vector<lanes> second;
             std::memcpy(&first, a + done + i * lanes, sizeof first);
             std::memcpy(&second, b + done + i * lanes, sizeof second);
-            asm volatile("" : "+x"(first) : "x"(second));
+            first |= second; // nothing, as arithmetic goes, but both are needed for it
             std::memcpy(to + done + i * lanes, &first, sizeof first);
         }
     }

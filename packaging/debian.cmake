@@ -29,7 +29,7 @@ user or for all; installing this package makes none."
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 string(
   JOIN ", " CPACK_DEBIAN_PACKAGE_DEPENDS
-  qml6-module-qtqml qml6-module-qtqml-models qml6-module-qtqml-workerscript qml6-module-qtquick
+  qml6-module-qtqml qml6-module-qtqml-models qml6-module-qtqml-workerscript qml6-module-qtquick qml6-module-qtquick-templates
   fonts-inter fonts-quicksand
   pipewire "wireplumber | pipewire-media-session"
 )

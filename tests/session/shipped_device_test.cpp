@@ -1,4 +1,5 @@
 #include "tests/session/chat_application.h"
+#include "tests/session/support/source_fit.h"
 #include "tests/session/support/tone_level.h"
 
 #include <gmock/gmock.h>
@@ -83,6 +84,23 @@ TEST_F(ShippedDevice, isHeardTheSameWhateverItsSinksSliderAndMuteButtonSay)
     runToEnd({"pactl", "set-sink-mute", sink, "1"});
     ASSERT_EQ(runToEnd({"pactl", "get-sink-mute", sink}), "Mute: yes\n");
     EXPECT_TRUE(friendsHearTheMix()) << "muted";
+}
+
+TEST_F(ShippedDevice, deliversInTheCycleInWhichItIsPlayedInto)
+{
+    Recorder recorder(bed().session(),
+                      {"microphone:capture_MONO", applicationPort("player", "FL"), bed().monitor("FL")});
+    // A late wake-up of the machine delays the sound until the players have skipped what it left behind.
+    SourceFit fit;
+    const bool isWhole = bed().waitFor([&] {
+        const Recording recording = bed().record(recorder, 24000);
+        const Stretch whole = recording.longestUnbroken();
+        fit = fitSources(recording.part(2, whole), {recording.part(0, whole), recording.part(1, whole)});
+        return fit.largestResidue < 1e-4;
+    });
+    EXPECT_TRUE(isWhole) << "what is late is no multiple of its source: " << fit.largestResidue;
+    EXPECT_NEAR(fit.gains[0], 1, 1e-3);
+    EXPECT_NEAR(fit.gains[1], 1, 1e-3);
 }
 
 TEST_F(ShippedDevice, isNeitherDefaultBesideOtherDevices)

@@ -1,5 +1,6 @@
 #include "app/linux_platform.h"
 #include "app/quit_signals.h"
+#include "app/start_failures.h"
 #include "app/tolvenary_app.h"
 
 #include <QGuiApplication>
@@ -11,6 +12,7 @@ int main(int, char **arguments)
 {
     // There is no command line: only the program's name is passed on.
     int count = 1;
+    tolvenary::tellStartFailuresInOneLine();
     QGuiApplication application(count, arguments);
     QGuiApplication::setApplicationName(QStringLiteral("Tolvenary"));
     QGuiApplication::setDesktopFileName(QStringLiteral("com.tolvenary.app"));

@@ -10,7 +10,7 @@ Result<std::vector<AudioClient>> PipeWireAudioClients::clientsWithStreams()
 {
     const Connection::Lock lock(m_session.connection());
     if (m_session.connection().core() == nullptr)
-        return failure(-ENOTCONN, "The sound server is not running.");
+        return failure(-ENOTCONN, "The sound server, PipeWire, is not running.");
     if (!m_session.connection().isResponsive())
         return failure(-ETIMEDOUT, "The sound server does not answer.");
     const Graph &graph = m_session.graph();

@@ -1,5 +1,7 @@
 #include "tests/session/support/session_configuration.h"
 
+#include "tests/session/support/child_process.h"
+
 #include <fstream>
 
 namespace tolvenary::session
@@ -88,6 +90,13 @@ void writeAccessRule(const AccessRule &rule, const fs::path &wireplumber)
               "} ]\n");
 }
 
+/// Into the configuration directory that the environment names.
+void installDevice(const std::string &installer)
+{
+    const std::string own = std::string(TOLVENARY_SOURCE_DIR) + "/packaging/blackhole/tolvenary-blackhole";
+    runToEnd({installer.empty() ? own : installer, "install"});
+}
+
 } // namespace
 
 void writeConfiguration(const SessionConfiguration &configuration, const fs::path &directory)
@@ -96,10 +105,8 @@ void writeConfiguration(const SessionConfiguration &configuration, const fs::pat
     write(pipewire / "10-clock.conf", clockSettings(configuration));
     if (!configuration.speakers.empty())
         write(pipewire / "20-speakers.conf", speakers(configuration.speakers));
-    if (configuration.shippedDevice) {
-        const fs::path shipped = fs::path(TOLVENARY_SOURCE_DIR) / "packaging/pipewire.conf.d/tolvenary-blackhole.conf";
-        fs::copy_file(shipped, pipewire / shipped.filename());
-    }
+    if (configuration.shippedDevice)
+        installDevice(configuration.installer);
 
     const fs::path wireplumber = directory / "wireplumber";
     write(wireplumber / "main.lua.d/60-no-hardware.lua", noHardware04);

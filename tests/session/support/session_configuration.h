@@ -20,13 +20,14 @@ struct SessionConfiguration {
     int rate = 48000;
     int quantum = 1024;
     bool pulse = false;             ///< with the server that pulse clients talk to
-    bool shippedDevice = false;     ///< with the "BlackHole 2ch" drop-in that the packages carry
+    bool shippedDevice = false;     ///< with the "BlackHole 2ch" that the packages carry, installed as a user does it
+    std::string installer = {};     ///< what installs it; the source's own where nothing else is said
     std::string speakers = "FL FR"; ///< channels of the default sink for applications to play into; empty for none
     std::vector<AccessRule> accessRules = {};
 };
 
-/// Writes what PipeWire and WirePlumber (0.4 and 0.5) shall read below the private configuration directory. No
-/// hardware is touched, and WirePlumber remembers nothing.
+/// Writes what PipeWire and WirePlumber (0.4 and 0.5) shall read below the private configuration directory, which the
+/// environment names already. No hardware is touched, and WirePlumber remembers nothing.
 void writeConfiguration(const SessionConfiguration &configuration, const std::filesystem::path &directory);
 
 } // namespace tolvenary::session

@@ -41,8 +41,8 @@ int &offscreen(int &argc)
 
 } // namespace
 
-DemoStage::DemoStage(int &argc, char **argv, const std::string &program)
-    : m_session({.shippedDevice = true}),
+DemoStage::DemoStage(int &argc, char **argv, const std::string &program, const std::string &installer)
+    : m_session({.shippedDevice = true, .installer = installer}),
       m_application(offscreen(argc), argv),
       m_microphone(makeMicrophone(m_session)),
       m_voice(speakInto(m_session, "microphone", {"MONO=speech:" + makeSpeech(m_session)})),

@@ -24,7 +24,7 @@ struct DemoGains {
 class DemoStage
 {
   public:
-    DemoStage(int &argc, char **argv, const std::string &program);
+    DemoStage(int &argc, char **argv, const std::string &program, const std::string &installer);
 
     /// Moves both sliders, picks the music program, presses Start, and waits until the status counts frames of both.
     void pressStart(float microphoneGain, float applicationGain);

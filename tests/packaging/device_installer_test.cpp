@@ -1,0 +1,96 @@
+#include "tests/session/support/child_process.h"
+#include "tests/session/support/private_environment.h"
+
+#include <fstream>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sstream>
+
+// What the script leaves in the user's configuration, and what it does not touch.
+
+namespace tolvenary::session
+{
+
+namespace
+{
+
+namespace fs = std::filesystem;
+using testing::HasSubstr;
+
+class DeviceInstaller : public testing::Test
+{
+  protected:
+    std::string run(const Arguments &arguments)
+    {
+        Arguments command = {TOLVENARY_INSTALLER};
+        command.insert(command.end(), arguments.begin(), arguments.end());
+        return runToEnd(command);
+    }
+
+    fs::path serversFolder() const { return m_environment.configuration() / "pipewire"; }
+    fs::path folder() const { return serversFolder() / "pipewire.conf.d"; }
+    fs::path file(const std::string &channels) const
+    {
+        return folder() / ("tolvenary-blackhole-" + channels + ".conf");
+    }
+
+    static std::string contents(const fs::path &file)
+    {
+        std::ostringstream text;
+        text << std::ifstream(file).rdbuf();
+        return text.str();
+    }
+
+  private:
+    PrivateEnvironment m_environment;
+};
+
+} // namespace
+
+TEST_F(DeviceInstaller, putsTheDeviceWhereTheServerReadsIt)
+{
+    const std::string said = run({"install"});
+    EXPECT_THAT(contents(file("2ch")), HasSubstr("node.description = \"BlackHole 2ch\""));
+    EXPECT_FALSE(fs::exists(file("16ch")));
+    EXPECT_THAT(said, HasSubstr(file("2ch").string()));
+    EXPECT_THAT(said, HasSubstr("systemctl --user restart pipewire")) << "here nobody can restart it";
+}
+
+TEST_F(DeviceInstaller, putsTheWideDeviceBesideIt)
+{
+    run({"install"});
+    run({"install", "16ch"});
+    EXPECT_THAT(contents(file("16ch")), HasSubstr("node.description = \"BlackHole 16ch\""));
+    EXPECT_TRUE(fs::exists(file("2ch")));
+}
+
+TEST_F(DeviceInstaller, removesWhatItMadeAndTheFoldersThatAreEmpty)
+{
+    run({"install"});
+    run({"remove"});
+    EXPECT_FALSE(fs::exists(serversFolder()));
+}
+
+TEST_F(DeviceInstaller, leavesOtherSettingsAlone)
+{
+    fs::create_directories(folder());
+    std::ofstream(folder() / "mine.conf") << "# mine\n";
+    run({"install"});
+    run({"remove"});
+    EXPECT_EQ(contents(folder() / "mine.conf"), "# mine\n");
+    EXPECT_FALSE(fs::exists(file("2ch")));
+}
+
+TEST_F(DeviceInstaller, removesNothingTwice)
+{
+    EXPECT_THAT(run({"remove"}), HasSubstr("There is no"));
+}
+
+TEST_F(DeviceInstaller, refusesWhatItDoesNotUnderstand)
+{
+    EXPECT_THROW(run({}), std::runtime_error);
+    EXPECT_THROW(run({"install", "3ch"}), std::runtime_error);
+    EXPECT_FALSE(fs::exists(serversFolder()));
+}
+
+} // namespace tolvenary::session

@@ -140,4 +140,15 @@ TEST(ShippedDeviceAlone, isNeitherDefaultAlsoAfterARestartOfTheServer)
     EXPECT_EQ(listed->description, "BlackHole 2ch");
 }
 
+TEST(ShippedDeviceAlone, isNoRecordingThatMicrophoneIndicatorsWouldLightFor)
+{
+    PrivateSession session(withDevice());
+    ASSERT_TRUE(session.waitForGraph([](const SoundGraph &graph) {
+        const GraphPort *from = graph.port("blackhole_2ch:monitor_FR");
+        const GraphPort *into = graph.port("blackhole_2ch.link:input_FR");
+        return from != nullptr && into != nullptr && graph.link(from->id, into->id) != nullptr;
+    }));
+    EXPECT_EQ(runToEnd({"pactl", "list", "source-outputs"}), "");
+}
+
 } // namespace tolvenary::session

@@ -1,6 +1,7 @@
 #include "tests/session/listening.h"
 
 #include <gtest/gtest.h>
+#include <span>
 
 namespace tolvenary::session
 {
@@ -17,19 +18,17 @@ bool defaultSourceBecomes(MixBed &bed, const std::string &name)
     return bed.waitForGraph([&](const SoundGraph &graph) { return graph.defaultNode("default.audio.source") == name; });
 }
 
-/// The first frame from which on the microphone is heard at its level in each tenth of a second.
-std::size_t heardFrom(const Recording &recording, std::size_t track)
+/// The end of the first tenth of a second in which the microphone is heard at its level.
+std::size_t heardAfter(const Recording &recording, std::size_t track)
 {
     constexpr std::size_t tenth = 4800;
-    const Samples &samples = recording.tracks[track];
-    std::size_t from = samples.size();
-    while (from >= tenth) {
-        const Samples part(samples.begin() + static_cast<long>(from - tenth), samples.begin() + static_cast<long>(from));
-        if (!isLevel(heardIn(part, recording.rate).microphone, theWholeMix.microphone))
-            break;
-        from -= tenth;
+    const std::span<const float> samples(recording.tracks[track]);
+    for (std::size_t end = tenth; end <= samples.size(); end += tenth) {
+        const auto part = samples.subspan(end - tenth, tenth);
+        if (isLevel(heardIn(Samples(part.begin(), part.end()), recording.rate).microphone, theWholeMix.microphone))
+            return end;
     }
-    return from;
+    return samples.size();
 }
 
 double loudestMicrophone(const Recording &recording, std::size_t track)
@@ -65,9 +64,9 @@ TEST(Away, theDeviceIsMissedAndFedAgainWithinASecondAndNobodyElseMeanwhile)
         recorder.begin(96000);
         recorder.connect(0, bed.monitor("FL"));
         const Recording back = recorder.finish();
-        const std::size_t from = heardFrom(back, 0);
-        std::printf("  heard again within %zu ms\n", from / 48);
-        EXPECT_LE(from, 48000U);
+        const std::size_t after = heardAfter(back, 0);
+        std::printf("  heard again within %zu ms\n", after / 48);
+        EXPECT_LE(after, 48000U);
         expectNobodyElse(back);
         EXPECT_TRUE(statusBecomes(bed, isRunning)) << bed.status();
     }

@@ -64,6 +64,12 @@ void MixCoordinator::publishMeter()
     const FrameCounts counts = reading->counts;
     publish(m_micFrames, counts.mic, &MixCoordinator::micFramesChanged);
     publish(m_appFrames, counts.app, &MixCoordinator::appFramesChanged);
+    if (isGivenUp(m_platform.timers().now())) {
+        teardown();
+        return setStatus(QStringLiteral("The sound server went away. Press Start again once it is back."));
+    }
+    if (const auto trouble = runningTrouble())
+        return setStatus(*trouble);
     const bool bothHeard = counts.mic != 0 && counts.app != 0;
     const bool silent = m_platform.timers().now() - reading->started > silenceGrace && !bothHeard;
     setStatus(silent ? silenceDiagnosis(counts) : runningLine(reading->deviceName, counts));

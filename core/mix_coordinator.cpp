@@ -54,6 +54,7 @@ void MixCoordinator::teardown()
         m_meterTimer.reset();
     }
     m_meterReading.reset();
+    m_serverGoneSince.reset();
     releaseStream();
     if (m_processTap != nullptr) {
         m_processTap->stop();

@@ -149,6 +149,8 @@ class MixCoordinator : public QObject
     void startMeterTimer(const QString &deviceName);
     void meterTick(Timers::Duration started, const QString &deviceName);
     void publishMeter();
+    std::optional<QString> runningTrouble();
+    bool isGivenUp(Timers::Duration now);
 
     Platform &m_platform;
 
@@ -185,6 +187,7 @@ class MixCoordinator : public QObject
     std::shared_ptr<ScreenSinkOutput> m_screenSink;
     std::unique_ptr<ProcessAudioTap> m_processTap;
     std::optional<MeterReading> m_meterReading;
+    std::optional<Timers::Duration> m_serverGoneSince;
     std::unique_ptr<Timer> m_meterTimer;
 };
 

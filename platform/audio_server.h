@@ -5,6 +5,13 @@
 namespace tolvenary
 {
 
+/// How the sound server is, as far as is known.
+enum class AudioServerState {
+    answers,
+    hangs, ///< it is there and does not answer; it may go on as if nothing had been
+    gone,  ///< with all that was made in it
+};
+
 /// The sound server behind the other operations: somebody else's process, which may be slow, absent or hung.
 class AudioServer
 {
@@ -15,6 +22,10 @@ class AudioServer
     /// to tell is known, or once it is clear that it will not answer (at most a second). After a false, the operations
     /// of the other interfaces fail at once instead of waiting, until the server answers again. Thread: main.
     virtual void settle(std::function<void(bool answered)> done) = 0;
+
+    /// Never waits; asks the server anew, so that who looks again and again hears of a hang within a second. Thread:
+    /// main.
+    virtual AudioServerState state() = 0;
 };
 
 } // namespace tolvenary

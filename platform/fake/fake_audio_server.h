@@ -18,7 +18,10 @@ class FakeAudioServer final : public AudioServer
         answered.request(std::move(done));
     }
 
+    AudioServerState state() override { return current; }
+
     FakeAnswer<bool> answered{true};
+    AudioServerState current = AudioServerState::answers;
 
   private:
     FakeCalls &m_calls;

@@ -79,6 +79,9 @@ class Connection
     /// second or there is no server.
     void roundTrip(std::function<void(bool answered)> done);
 
+    /// Whether a round trip is under way.
+    bool isAsking() const { return !m_roundTrips.empty(); }
+
     bool isResponsive() const { return m_core != nullptr && m_responsive; }
 
   private:

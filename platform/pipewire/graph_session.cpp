@@ -48,8 +48,11 @@ void GraphSession::connected(pw_core *core)
 void GraphSession::disconnecting()
 {
     m_linker.reset();
-    for (const auto &[node, role] : m_nodes)
+    for (auto &[node, role] : m_nodes) {
         node->release();
+        if (auto *input = std::get_if<InputRole>(&role))
+            input->change = {};
+    }
     m_rights.reset();
     m_registry.reset();
     for (GraphWatcher *watcher : m_watchers)
@@ -68,9 +71,32 @@ void GraphSession::update()
 {
     for (GraphWatcher *watcher : m_watchers)
         watcher->graphChanged();
+    followMicrophone();
     if (m_linker)
         m_linker->setWanted(plannedLinks());
     m_connection.wake();
+}
+
+void GraphSession::followMicrophone()
+{
+    const GraphNode *source = microphone();
+    const std::optional<GlobalId> id = source != nullptr ? std::optional(source->id) : std::nullopt;
+    const auto now = std::chrono::steady_clock::now().time_since_epoch();
+    for (auto &[node, role] : m_nodes) {
+        auto *input = std::get_if<InputRole>(&role);
+        if (input == nullptr)
+            continue;
+        input->change.observe(id, input->ports->heardSet(), now);
+        input->ports->setWanted(input->change.set());
+    }
+}
+
+bool GraphSession::isChangingMicrophone() const
+{
+    return std::ranges::any_of(m_nodes, [](const auto &entry) {
+        const auto *input = std::get_if<InputRole>(&entry.second);
+        return input != nullptr && input->change.leaving().has_value();
+    });
 }
 
 void GraphSession::add(FilterNode &node, NodeRole role)
@@ -124,7 +150,9 @@ void GraphSession::tick()
         streams.merge(tappedStreams(m_graph, tap));
     const StallWatch::Verdict before = m_watch.verdict();
     const auto now = std::chrono::steady_clock::now().time_since_epoch();
-    if (m_watch.tick(progress, streams, now) != before)
+    const bool hasNewVerdict = m_watch.tick(progress, streams, now) != before;
+    // That the new microphone is heard the real-time thread may not tell: looked for here.
+    if (hasNewVerdict || isChangingMicrophone())
         update();
 }
 
@@ -142,8 +170,8 @@ LinkWishes GraphSession::wishes() const
             wishes.taps.push_back({*id, tap->excludedProcesses, verdict.heldStreams, verdict.isTapInOrder});
         else if (const auto *stream = std::get_if<StreamRole>(&role))
             wishes.taps.push_back({*id, stream->excludedProcesses, verdict.heldStreams, false, stream->onlyProcess});
-        else if (std::holds_alternative<InputRole>(role))
-            wishes.inputs.push_back({*id, verdict.isMicrophoneInOrder});
+        else if (const auto *input = std::get_if<InputRole>(&role))
+            wishes.inputs.push_back({*id, verdict.isMicrophoneInOrder, input->change.set(), input->change.leaving()});
     }
     return wishes;
 }

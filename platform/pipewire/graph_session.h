@@ -6,6 +6,8 @@
 #include "platform/pipewire/graph.h"
 #include "platform/pipewire/link_plan.h"
 #include "platform/pipewire/linker.h"
+#include "platform/pipewire/microphone_change.h"
+#include "platform/pipewire/microphone_ports.h"
 #include "platform/pipewire/object_ids.h"
 #include "platform/pipewire/registry.h"
 #include "platform/pipewire/stall_watch.h"
@@ -21,6 +23,8 @@ struct OutputRole {
     std::string deviceName; ///< empty: to nothing
 };
 struct InputRole {
+    MicrophonePorts *ports = nullptr;
+    MicrophoneChange change = {};
 };
 struct TapRole {
     std::set<std::int32_t> excludedProcesses;
@@ -109,6 +113,8 @@ class GraphSession final : private Connection::Observer
     void tick() override;
 
     void nodesChanged();
+    void followMicrophone();
+    bool isChangingMicrophone() const;
     LinkWishes wishes() const;
     std::set<GraphLink> plannedLinks() const { return planLinks(m_graph, wishes()); }
     bool isThere(const FilterNode &node) const;

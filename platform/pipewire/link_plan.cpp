@@ -63,23 +63,33 @@ void planOutput(Links &links, const Graph &graph, const OutputWish &wish)
     link(links, own(port_names::right), positioned ? right : into[1]);
 }
 
-void planInput(Links &links, const Graph &graph, const LinkWishes &wishes, const InputWish &wish)
+Ports portsOfSet(const Graph &graph, GlobalId nodeId, std::size_t set)
 {
-    const GraphNode *source = microphoneOf(graph, wishes);
-    if (source == nullptr)
-        return;
-    const Ports from = graph.capturePorts(*source);
-    Ports into = graph.portsOf(wish.nodeId, PortDirection::input);
-    if (from.empty())
-        return;
-    // The node keeps the channels that it was made with when the user changes to another source: a mono source is
-    // heard on all of them, of a wider one the first.
+    Ports ports = graph.portsOf(nodeId, PortDirection::input);
+    std::erase_if(ports,
+                  [set](const GraphPort *port) { return !port->name.starts_with(port_names::microphoneSets[set]); });
+    return ports;
+}
+
+// The node keeps the channels that it was made with when the user changes to another source: a mono source is heard on
+// all of them, of a wider one the first.
+void planSource(Links &links, const Ports &from, const Ports &into)
+{
     for (std::size_t i = 0; i < into.size(); ++i) {
         if (from.size() == 1)
             link(links, from.front(), into[i]);
         else if (i < from.size())
             link(links, from[i], into[i]);
     }
+}
+
+void planInput(Links &links, const Graph &graph, const LinkWishes &wishes, const InputWish &wish)
+{
+    if (const GraphNode *source = microphoneOf(graph, wishes))
+        planSource(links, graph.capturePorts(*source), portsOfSet(graph, wish.nodeId, wish.set));
+    const GraphNode *leaving = wish.leaving ? graph.node(*wish.leaving) : nullptr;
+    if (leaving != nullptr)
+        planSource(links, graph.capturePorts(*leaving), portsOfSet(graph, wish.nodeId, 1 - wish.set));
 }
 
 // Where a channel of a stream goes, as names of the tap's ports (ITU-R BS.775: centre and surrounds at -3 dB, which the

@@ -2,6 +2,7 @@
 
 #include "platform/pipewire/graph.h"
 
+#include <array>
 #include <set>
 
 namespace tolvenary
@@ -17,6 +18,8 @@ inline constexpr const char *mono = "MONO";
 inline constexpr const char *center = "FC";
 inline constexpr const char *surroundLeft = "SL";
 inline constexpr const char *surroundRight = "SR";
+/// With the channel's number behind it: the microphone node has its inputs twice.
+inline constexpr std::array<const char *, 2> microphoneSets{"input_", "other_"};
 } // namespace port_names
 
 /// What our nodes ask for.
@@ -26,7 +29,9 @@ struct OutputWish {
 };
 struct InputWish {
     GlobalId nodeId = 0;
-    bool isInOrder = true; ///< the output waits for it in each cycle
+    bool isInOrder = true;                          ///< the output waits for it in each cycle
+    std::size_t set = 0;                            ///< of its ports, for the microphone
+    std::optional<GlobalId> leaving = std::nullopt; ///< the microphone of before, still heard at the other set
 };
 struct TapWish {
     GlobalId nodeId = 0;

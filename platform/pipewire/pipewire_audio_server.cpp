@@ -9,4 +9,17 @@ void PipeWireAudioServer::settle(std::function<void(bool answered)> done)
     m_session.connection().roundTrip(std::move(done));
 }
 
+AudioServerState PipeWireAudioServer::state()
+{
+    Connection &connection = m_session.connection();
+    const Connection::Lock lock(connection);
+    if (connection.core() == nullptr)
+        return AudioServerState::gone;
+    if (!connection.isResponsive())
+        return AudioServerState::hangs;
+    if (!connection.isAsking())
+        connection.roundTrip([](bool) {});
+    return AudioServerState::answers;
+}
+
 } // namespace tolvenary

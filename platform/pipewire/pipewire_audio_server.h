@@ -12,6 +12,7 @@ class PipeWireAudioServer final : public AudioServer
     explicit PipeWireAudioServer(GraphSession &session) : m_session(session) {}
 
     void settle(std::function<void(bool answered)> done) override;
+    AudioServerState state() override;
 
   private:
     GraphSession &m_session;

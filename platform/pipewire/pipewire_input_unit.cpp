@@ -8,11 +8,9 @@ namespace tolvenary
 namespace
 {
 
-NodeSpec inputNode(const GraphSession &session, std::size_t channels)
+NodeSpec inputNode(const GraphSession &session, const MicrophonePorts &ports)
 {
-    NodeSpec spec{"com.tolvenary.microphone", "Tolvenary microphone", session.group(), "Capture", {}};
-    for (std::size_t i = 1; i <= channels; ++i)
-        spec.ports.push_back({PortDirection::input, "input_" + std::to_string(i), false});
+    NodeSpec spec{"com.tolvenary.microphone", "Tolvenary microphone", session.group(), "Capture", ports.specs()};
     spec.ports.push_back({PortDirection::output, port_names::order, false});
     return spec;
 }
@@ -36,9 +34,8 @@ OSStatus PipeWireInputUnit::AudioOutputUnitStart(CaptureCallback capture)
         return -ENODEV;
     m_node.reset();
     m_capture = std::move(capture);
-    m_silence.assign(FilterNode::maxFrames, 0);
-    m_channels.assign(channels, nullptr);
-    m_node = std::make_unique<SessionNode>(m_session, inputNode(m_session, channels), InputRole{},
+    m_ports = std::make_unique<MicrophonePorts>(channels);
+    m_node = std::make_unique<SessionNode>(m_session, inputNode(m_session, *m_ports), InputRole{m_ports.get()},
                                            [this](const Cycle &cycle) { process(cycle); });
     const Connection::Lock lock(m_session.connection());
     if (const OSStatus status = m_session.waitUntilThere(m_node->node()); status != noErr)
@@ -55,14 +52,9 @@ OSStatus PipeWireInputUnit::AudioOutputUnitStop()
 
 void PipeWireInputUnit::process(const Cycle &cycle)
 {
-    bool hasSound = false;
-    for (std::size_t i = 0; i < m_channels.size(); ++i) {
-        const float *samples = cycle.input(i);
-        hasSound = hasSound || samples != nullptr;
-        m_channels[i] = samples != nullptr ? samples : m_silence.data();
-    }
-    if (hasSound)
-        m_capture(cycle.when(), {m_channels, cycle.frames()});
+    const auto channels = m_ports->hear(cycle);
+    if (!channels.empty())
+        m_capture(cycle.when(), {channels, cycle.frames()});
 }
 
 } // namespace tolvenary

@@ -23,8 +23,7 @@ class PipeWireInputUnit final : public AudioInputUnit
 
     GraphSession &m_session;
     CaptureCallback m_capture;
-    std::vector<float> m_silence;
-    std::vector<const float *> m_channels;
+    std::unique_ptr<MicrophonePorts> m_ports;
     std::unique_ptr<SessionNode> m_node; // declared last: its cycles use all of the above
 };
 

@@ -1,8 +1,8 @@
+#include "tests/session/heartbeat.h"
 #include "tests/session/mix_bed.h"
 #include "tests/session/support/tone_level.h"
 
 #include <QElapsedTimer>
-#include <QTimer>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -11,26 +11,6 @@ namespace tolvenary::session
 
 namespace
 {
-
-using namespace std::chrono_literals;
-
-/// Beats on the main thread; the longest pause between two beats is how long the window would have been frozen.
-class Heartbeat
-{
-  public:
-    Heartbeat()
-    {
-        m_clock.start();
-        QObject::connect(&m_timer, &QTimer::timeout, [this] { m_longest = std::max(m_longest, m_clock.restart()); });
-        m_timer.start(5);
-    }
-    qint64 longestPause() { return std::max(m_longest, m_clock.elapsed()); }
-
-  private:
-    QTimer m_timer;
-    QElapsedTimer m_clock;
-    qint64 m_longest = 0;
-};
 
 constexpr qint64 frozen = 200;
 
@@ -105,7 +85,8 @@ TEST(RestartedServer, theMixComesBackByItself)
     bed.run();
     bed.unplugAll();
     bed.session().stopSoundServers();
-    bed.waitFor([] { return false; }, 300ms);
+    EXPECT_TRUE(bed.waitFor([&] { return bed.status() == "The sound server went away. Waiting for it to come back."; }))
+        << bed.status();
     EXPECT_TRUE(bed.isRunning());
     bed.session().startSoundServers();
     bed.plugAll();

@@ -90,6 +90,18 @@ TEST(LinkPlan, theMicrophoneIsTheDefaultSource)
                                      GraphLink{built.out(source, "FR"), built.in(input, "input_2")}));
 }
 
+TEST(LinkPlan, theMicrophoneOfBeforeStaysAtTheOtherSetOfPorts)
+{
+    GraphBuilder built;
+    const GlobalId before = built.source("mic", {"MONO"});
+    const GlobalId source = built.source("other", {"MONO"});
+    built.graph.defaultSourceName = "other";
+    const GlobalId input = built.inputNode({"input_1", "other_1"});
+    EXPECT_THAT(planLinks(built.graph, {{}, {{input, true, 1, before}}, {}}),
+                UnorderedElementsAre(GraphLink{built.out(source, "MONO"), built.in(input, "other_1")},
+                                     GraphLink{built.out(before, "MONO"), built.in(input, "input_1")}));
+}
+
 TEST(LinkPlan, aMonoMicrophoneThatComesLaterIsHeardOnAllChannels)
 {
     GraphBuilder built;

@@ -81,6 +81,22 @@ void PrivateSession::stopSoundServers()
     std::filesystem::remove(m_environment.runtime() / "pulse/native");
 }
 
+void PrivateSession::kill(SoundServer server)
+{
+    const auto &process = server == SoundServer::pipewire         ? m_pipewire
+                          : server == SoundServer::sessionManager ? m_wireplumber
+                                                                  : m_pulse;
+    process->signal(SIGKILL);
+    if (!process->waitForEnd(5s))
+        throw std::runtime_error("a killed server does not end");
+}
+
+void PrivateSession::startSessionManager()
+{
+    m_wireplumber = start({"wireplumber"});
+    awaitServers();
+}
+
 void PrivateSession::hangServer()
 {
     m_pipewire->signal(SIGSTOP);

@@ -11,6 +11,8 @@
 namespace tolvenary::session
 {
 
+enum class SoundServer { pipewire, sessionManager, pulse };
+
 /// A desktop session of a test's own: message bus, PipeWire, WirePlumber, and a pulse server if wanted; nothing of it
 /// is the user's. The environment points to it from construction to destruction. When the constructor returns, every
 /// server has answered. To be made before any other thread runs.
@@ -26,6 +28,10 @@ class PrivateSession
     /// The sound servers go away, as in a crash; what clients had in them is gone.
     void stopSoundServers();
     void startSoundServers();
+    /// One of them is killed, and leaves behind what a crash leaves behind. Returns when it has ended.
+    void kill(SoundServer server);
+    /// Starts the session manager again after it was killed.
+    void startSessionManager();
     /// PipeWire neither answers nor closes connections until resumed.
     void hangServer();
     void resumeServer();

@@ -1,6 +1,7 @@
 #include "tests/session/support/busy_loops.h"
 #include "tests/session/tools/soak_stage.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -18,6 +19,8 @@ struct Totals {
     SteadyGaps gaps;
     SteadyGaps gapsOfChanges;
     std::size_t changes = 0;
+    std::size_t unheardReturns = 0; ///< of the device
+    double slowestReturn = 0;       ///< in seconds
 };
 
 void print(Clock::duration elapsed, const SoakStage &stage, const Totals &totals)
@@ -25,10 +28,11 @@ void print(Clock::duration elapsed, const SoakStage &stage, const Totals &totals
     const ProcessState state = stage.state();
     const double minutes = std::chrono::duration<double, std::ratio<60>>(elapsed).count();
     std::printf(
-        "%6.1f min, %5.0f s heard: %zu gaps of ours, %zu of a source, %zu of xruns (%zu); %zu changes with %zu; "
-        "%ld kB, %zu descriptors, %zu threads\n",
+        "%6.1f min, %5.0f s heard: %zu gaps of ours, %zu of a source, %zu of xruns (%zu); %zu changes with %zu, "
+        "device back after %.2f s (%zu not); %ld kB, %zu descriptors, %zu threads\n",
         minutes, stage.heardSeconds(), totals.gaps.ours, totals.gaps.sources, totals.gaps.xruns, totals.gaps.jumps,
-        totals.changes, totals.gapsOfChanges.ours, state.kilobytes, state.descriptors, state.threads);
+        totals.changes, totals.gapsOfChanges.ours, totals.slowestReturn, totals.unheardReturns, state.kilobytes,
+        state.descriptors, state.threads);
     std::fflush(stdout);
 }
 
@@ -47,6 +51,17 @@ SteadyGaps listen(SoakStage &stage)
     return gaps;
 }
 
+/// What changes every minute: the microphone, and the device.
+void change(SoakStage &stage, Totals &totals)
+{
+    totals.gapsOfChanges += stage.changeMicrophone();
+    if (const auto seconds = stage.replugDevice())
+        totals.slowestReturn = std::max(totals.slowestReturn, *seconds);
+    else
+        ++totals.unheardReturns;
+    ++totals.changes;
+}
+
 /// For as long as is wished; false when the program ended before that.
 bool run(SoakStage &stage, std::chrono::duration<double> length, Totals &totals)
 {
@@ -59,8 +74,7 @@ bool run(SoakStage &stage, std::chrono::duration<double> length, Totals &totals)
         totals.gaps += listen(stage);
         if (Clock::now() < nextChange)
             continue;
-        totals.gapsOfChanges += stage.changeMicrophone();
-        ++totals.changes;
+        change(stage, totals);
         nextChange += betweenChanges;
         print(Clock::now() - begin, stage, totals);
     }
@@ -81,14 +95,16 @@ bool soak(SoakStage &stage, std::chrono::duration<double> length)
     const ProcessState after = stage.stateAlone();
     std::printf("from beginning to end: %ld to %ld kB, %zu to %zu descriptors, %zu to %zu threads\n", before.kilobytes,
                 after.kilobytes, before.descriptors, after.descriptors, before.threads, after.threads);
-    return totals.gaps.ours == 0 && after.descriptors <= before.descriptors && after.threads <= before.threads;
+    return totals.gaps.ours == 0 && totals.unheardReturns == 0 && after.descriptors <= before.descriptors &&
+           after.threads <= before.threads;
 }
 
 } // namespace
 
 /// `session_soak PROGRAM HOURS [--loaded]`: the program runs for that long while an application comes and goes every
-/// second, the gains move, and another microphone becomes the default every minute; loaded, with every processor busy.
-/// Succeeds when there was no gap of ours and nothing was left behind.
+/// second, the gains move, and every minute another microphone becomes the default and the device is unplugged and
+/// plugged in again; loaded, with every processor busy. Succeeds when there was no gap of ours, the mix was heard again
+/// after each change and nothing was left behind.
 int main(int argc, char **argv)
 {
     if (argc < 3) {

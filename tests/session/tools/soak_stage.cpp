@@ -2,6 +2,8 @@
 
 #include "tests/session/support/wait_until.h"
 
+#include <algorithm>
+#include <cmath>
 #include <stdexcept>
 
 namespace tolvenary::session
@@ -90,6 +92,23 @@ SteadyGaps SoakStage::changeMicrophone()
     m_otherIsDefault = !m_otherIsDefault;
     m_session.chooseDefault(defaultSource, m_otherIsDefault ? "other-microphone" : "microphone");
     return finish();
+}
+
+std::optional<double> SoakStage::replugDevice()
+{
+    m_device.reset();
+    if (!m_session.waitForGraph([](const SoundGraph &graph) { return graph.node("blackhole_2ch") == nullptr; }))
+        throw std::runtime_error("the device does not go");
+    m_device = makeBlackHole(m_session, DeviceKind::nullSink);
+    m_recorder->begin(2 * listenedToAChange);
+    for (std::size_t side = 0; side < 2; ++side)
+        m_recorder->connect(tracksBeforeMix + side, deviceMonitor(DeviceKind::nullSink, side == 0 ? "FL" : "FR"));
+    const Recording recording = m_recorder->finish();
+    const Samples &mix = recording.tracks[tracksBeforeMix];
+    const auto heard = std::find_if(mix.begin(), mix.end(), [](float sample) { return std::abs(sample) > gapStep; });
+    if (heard == mix.end())
+        return std::nullopt;
+    return static_cast<double>(heard - mix.begin()) / recording.rate;
 }
 
 } // namespace tolvenary::session

@@ -6,6 +6,8 @@
 #include "tests/session/support/steady_gaps.h"
 #include "tests/session/support/virtual_devices.h"
 
+#include <optional>
+
 namespace tolvenary::session
 {
 
@@ -21,6 +23,9 @@ class SoakStage
     SteadyGaps listen();
     /// Makes the other microphone the default; listens all the while.
     SteadyGaps changeMicrophone();
+    /// Unplugs the device and plugs it in again: how many seconds later the mix was heard in it; none if it was not
+    /// within two.
+    std::optional<double> replugDevice();
     /// Seconds of sound that listen() and changeMicrophone() have heard.
     double heardSeconds() const { return m_heardSeconds; }
 

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "platform/pipewire/graph.h"
+
+#include <chrono>
+#include <optional>
+
+namespace tolvenary
+{
+
+/// Lets one microphone take over from another without a break.
+///
+/// Our node has its input ports twice. The microphone that becomes the default is linked to the set that is free, and
+/// the one before stays linked to the other until the new one has been heard: a link takes some cycles to carry sound,
+/// and a sleeping source more. One that is not heard in time is not waited for, the user wants the other gone.
+///
+/// Pure logic: fed with what is, answers with what shall be linked. Control thread.
+class MicrophoneChange
+{
+  public:
+    using Time = std::chrono::duration<double>;
+
+    /// `microphone` is the node that shall be heard, `heardSet` the set of ports that was heard last.
+    void observe(std::optional<GlobalId> microphone, std::size_t heardSet, Time now);
+
+    /// The set of ports for the microphone of now.
+    std::size_t set() const { return m_set; }
+    /// Who stays linked to the other set for now.
+    std::optional<GlobalId> leaving() const { return m_leaving; }
+
+  private:
+    void begin(std::optional<GlobalId> microphone, std::size_t heardSet);
+
+    std::optional<GlobalId> m_microphone;
+    std::optional<GlobalId> m_leaving;
+    std::size_t m_set = 0;
+    Time m_since{};
+};
+
+} // namespace tolvenary

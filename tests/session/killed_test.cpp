@@ -1,0 +1,202 @@
+#include "tests/session/heartbeat.h"
+#include "tests/session/listening.h"
+#include "tests/session/stepped_platform.h"
+
+#include <QCoro/QCoroTask>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace tolvenary::session
+{
+
+namespace
+{
+
+constexpr qint64 frozen = 2000;
+
+const std::string givenUp = "The sound server went away. Press Start again once it is back.";
+
+const std::vector<std::string> stepsOfAStart = {"ask for the microphone", "ask for the screen", "bind the output",
+                                                "read the binding",       "start the output",   "read the input format",
+                                                "start the input",        "create the tap",     "create the aggregate",
+                                                "create the callback",    "start the tap"};
+const std::vector<std::string> stepsOfAStop = {"stop the tap",    "destroy the callback", "destroy the aggregate",
+                                               "destroy the tap", "stop the input",       "stop the output"};
+
+/// The program looks for a server three times a second: a Re-scan may be too early.
+bool findsAll(MixBed &bed, MixCoordinator &mix)
+{
+    return bed.waitFor([&] {
+        bed.settle();
+        mix.refreshBlackHole();
+        QCoro::waitFor(mix.refreshApps());
+        const auto isPlayer = [&](const SCRunningApplication &app) { return app.processID == bed.player()->pid(); };
+        return mix.selectedBlackHole() && std::ranges::any_of(mix.availableApps(), isPlayer);
+    });
+}
+
+/// A mix whose sound server is killed before a step of its choice.
+class KilledMix
+{
+  public:
+    std::string status() const { return m_mix.status().toStdString(); }
+    bool isRunning() const { return m_mix.isRunning(); }
+
+    void killBefore(const std::string &step) { m_deadly = step; }
+    bool wasKilled() const { return m_deadly.empty(); }
+
+    /// What the user does: Re-scan both lists until they show what is there, pick, Start.
+    void scanAndStart()
+    {
+        EXPECT_TRUE(findsAll(m_bed, m_mix));
+        m_mix.setSelectedAppID(m_bed.player()->pid());
+        QCoro::waitFor(m_mix.start());
+    }
+    void stop()
+    {
+        m_mix.teardown();
+        m_mix.setStatus(QStringLiteral("Stopped"));
+    }
+    void restart()
+    {
+        m_bed.unplugAll();
+        m_bed.session().stopSoundServers();
+        m_bed.session().startSoundServers();
+        m_bed.plugAll();
+    }
+    bool bothSourcesDeliver()
+    {
+        return m_bed.waitFor([&] { return m_mix.micFrames() > 0 && m_mix.appFrames() > 0; });
+    }
+    bool becomesGivenUp()
+    {
+        return m_bed.waitFor([&] { return !isRunning() && status() == givenUp; });
+    }
+
+  private:
+    MixBed m_bed;
+    std::string m_deadly;
+    SteppedPlatform m_platform{m_bed.platform(), [this](const std::string &step) {
+                                   if (step != m_deadly)
+                                       return;
+                                   m_deadly.clear();
+                                   m_bed.session().kill(SoundServer::pipewire);
+                               }};
+    MixCoordinator m_mix{m_platform};
+};
+
+/// A session manager gives the devices new ports some time after it has begun. The mix links them by itself; who speaks
+/// and who listens here must do it anew, and perhaps again.
+bool isHeardByNewEars(MixBed &bed)
+{
+    for (int attempt = 0; attempt < 10; ++attempt) {
+        bed.voice().reset();
+        bed.voice() = speakInto(bed.session(), "microphone", {"MONO=tone:997:0.25"});
+        Recorder recorder(bed.session(), {bed.monitor("FL")});
+        bed.record(recorder, 9600);
+        const Heard heard = listen(bed, recorder);
+        if (isLevel(heard.microphone, theWholeMix.microphone) && isLevel(heard.application, theWholeMix.application))
+            return true;
+    }
+    return false;
+}
+
+} // namespace
+
+TEST(KilledServer, endsTheRunAndSaysWhatToDoAndTheNextStartWorks)
+{
+    MixBed bed;
+    bed.run();
+    Heartbeat heartbeat;
+    bed.session().kill(SoundServer::pipewire);
+    EXPECT_TRUE(statusBecomes(bed, givenUp)) << bed.status();
+    EXPECT_FALSE(bed.isRunning());
+    std::printf("  longest pause %lld ms\n", static_cast<long long>(heartbeat.longestPause()));
+    EXPECT_LT(heartbeat.longestPause(), frozen);
+    bed.unplugAll();
+    bed.session().stopSoundServers();
+    bed.session().startSoundServers();
+    bed.plugAll();
+    ASSERT_TRUE(findsAll(bed, bed.mix()));
+    bed.run();
+    EXPECT_EQ(MixBed::nodesOfProgram(SoundGraph::read()).size(), 3U);
+    Recorder recorder(bed.session(), {bed.monitor("FL")});
+    EXPECT_TRUE(becomesHeard(bed, recorder, theWholeMix));
+}
+
+TEST(KilledServer, inAnyStepOfAStartIsAStatusAndTheNextStartWorks)
+{
+    KilledMix mix;
+    for (const std::string &step : stepsOfAStart) {
+        mix.killBefore(step);
+        Heartbeat heartbeat;
+        mix.scanAndStart();
+        const qint64 pause = heartbeat.longestPause();
+        std::printf("  before \"%s\": %s, longest pause %lld ms\n", step.c_str(), mix.status().c_str(),
+                    static_cast<long long>(pause));
+        ASSERT_TRUE(mix.wasKilled()) << step;
+        EXPECT_LT(pause, frozen) << step;
+        if (mix.isRunning())
+            EXPECT_TRUE(mix.becomesGivenUp()) << step << ": " << mix.status();
+        else
+            EXPECT_THAT(mix.status(), testing::StartsWith("Start failed [")) << step;
+        mix.restart();
+    }
+    mix.scanAndStart();
+    EXPECT_EQ(mix.status(), "Running. In Discord, set Input to BlackHole 2ch.");
+    EXPECT_TRUE(mix.bothSourcesDeliver());
+}
+
+TEST(KilledServer, inAnyStepOfAStopLetsItEndAndTheNextStartWorks)
+{
+    KilledMix mix;
+    for (const std::string &step : stepsOfAStop) {
+        mix.scanAndStart();
+        ASSERT_TRUE(mix.isRunning()) << step << ": " << mix.status();
+        ASSERT_TRUE(mix.bothSourcesDeliver()) << step;
+        mix.killBefore(step);
+        Heartbeat heartbeat;
+        mix.stop();
+        const qint64 pause = heartbeat.longestPause();
+        std::printf("  before \"%s\": stopped after %lld ms\n", step.c_str(), static_cast<long long>(pause));
+        ASSERT_TRUE(mix.wasKilled()) << step;
+        EXPECT_LT(pause, frozen) << step;
+        EXPECT_FALSE(mix.isRunning());
+        mix.restart();
+    }
+    mix.scanAndStart();
+    EXPECT_TRUE(mix.bothSourcesDeliver()) << mix.status();
+}
+
+TEST(KilledServer, thatOnlyManagesSessionsIsNotMissed)
+{
+    // A loopback's nodes do not survive that a new session manager sets them up again; a sink does.
+    MixBed bed({.deviceKind = DeviceKind::nullSink});
+    bed.run();
+    bed.session().kill(SoundServer::sessionManager);
+    ASSERT_TRUE(bed.waitForGraph(
+        [](const SoundGraph &graph) { return graph.metadata.count("default/default.audio.source") == 0; }));
+    EXPECT_TRUE(isHeardByNewEars(bed));
+    EXPECT_TRUE(statusBecomes(bed, "Running → ")) << bed.status();
+    bed.session().startSessionManager();
+    ASSERT_TRUE(bed.waitForGraph(
+        [](const SoundGraph &graph) { return graph.defaultNode("default.audio.source") == "microphone"; }));
+    EXPECT_TRUE(isHeardByNewEars(bed));
+    EXPECT_TRUE(bed.isRunning());
+}
+
+TEST(KilledServer, thatOnlyServesPulseClientsTakesThoseAndNothingElse)
+{
+    MixBedOptions options;
+    options.configuration.pulse = true;
+    MixBed bed(options);
+    const auto client = playPulseClient(bed.session(), {"tone:600:0.3", "tone:600:0.3"});
+    bed.run();
+    Recorder recorder(bed.session(), {bed.monitor("FL")});
+    ASSERT_TRUE(becomesHeard(bed, recorder, {0.25, 0.3, 0.2}));
+    bed.session().kill(SoundServer::pulse);
+    EXPECT_TRUE(becomesHeard(bed, recorder, theWholeMix));
+    EXPECT_TRUE(statusBecomes(bed, "Running → ")) << bed.status();
+}
+
+} // namespace tolvenary::session

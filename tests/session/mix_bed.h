@@ -22,6 +22,7 @@ struct MixBedOptions {
     std::vector<std::string> voice = {"MONO=tone:997:0.25"};
     bool application = true;
     Application player = {};
+    bool urgent = false;        ///< players as urgent as the program, so that none is late when the machine is
     bool hangsAtLaunch = false; ///< the server hangs before the program is there
 };
 

@@ -1,6 +1,7 @@
 #include "tests/session/tools/feeder.h"
 #include "tests/session/tools/stream_player.h"
 
+#include <chrono>
 #include <csignal>
 #include <iostream>
 #include <optional>
@@ -11,6 +12,25 @@ using namespace tolvenary::session;
 namespace
 {
 
+/// Some go as soon as they have come, some while they are being linked, some after a few cycles.
+void visit(const PlayerOptions &options)
+{
+    pw_loop *loop = pw_loop_new(nullptr);
+    pw_loop_enter(loop);
+    int heard = 0;
+    for (int visit = 0; visit < options.visits; ++visit) {
+        const StreamPlayer player(loop, options);
+        const int blocks = visit % 3;
+        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(5);
+        while (player.blocksPlayed() < blocks && std::chrono::steady_clock::now() < end)
+            pw_loop_iterate(loop, 5);
+        heard += player.blocksPlayed() >= blocks ? 1 : 0;
+    }
+    pw_loop_leave(loop);
+    pw_loop_destroy(loop);
+    std::cout << heard << " of " << options.visits << " visits" << std::endl;
+}
+
 void play(const PlayerOptions &options)
 {
     pw_main_loop *loop = pw_main_loop_new(nullptr);
@@ -20,6 +40,12 @@ void play(const PlayerOptions &options)
     {
         std::optional<Feeder> feeder;
         std::optional<StreamPlayer> player;
+        // Before anybody makes a thread, which would not know that the signal is to be held back.
+        const auto change = [](void *data, int /*signal*/) {
+            if (auto &changing = *static_cast<std::optional<StreamPlayer> *>(data))
+                changing->changeFormat();
+        };
+        pw_loop_add_signal(pw_main_loop_get_loop(loop), SIGUSR1, change, &player);
         if (options.feed)
             feeder.emplace(pw_main_loop_get_loop(loop), options);
         else
@@ -31,13 +57,16 @@ void play(const PlayerOptions &options)
 
 } // namespace
 
-/// Plays until it is told to end.
+/// Plays until it is told to end; goes on in another format at SIGUSR1.
 int main(int argc, char **argv)
 {
     pw_init(&argc, &argv);
     try {
         const PlayerOptions options = PlayerOptions::parse({argv + 1, argv + argc});
-        play(options);
+        if (options.visits > 0)
+            visit(options);
+        else
+            play(options);
     } catch (const std::exception &error) {
         std::cerr << error.what() << '\n';
         return 1;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/audio_units.h"
+#include "platform/pipewire/microphone_sign.h"
 #include "platform/pipewire/session_node.h"
 
 #include <memory>
@@ -25,7 +26,8 @@ class PipeWireInputUnit final : public AudioInputUnit
     CaptureCallback m_capture;
     std::vector<float> m_silence;
     std::vector<const float *> m_channels;
-    std::unique_ptr<SessionNode> m_node; // declared last: its cycles use all of the above
+    std::unique_ptr<SessionNode> m_node; // its cycles use all of the above
+    std::unique_ptr<MicrophoneSign> m_sign;
 };
 
 } // namespace tolvenary

@@ -135,13 +135,34 @@ bool isTapped(const Graph &graph, const GraphNode &node, const TapWish &wish)
     return !graph.carriesSoundOf(node, [&](const GraphNode &upstream) { return graph.isSink(upstream); });
 }
 
+// Which of the ports of one side a stream goes into: always the same, so that nobody is relinked when others come and
+// go.
+std::size_t bankOf(const GraphNode &stream)
+{
+    constexpr std::uint64_t scatter =
+        0x9E3779B97F4A7C15; // ids that come in regular steps must not all meet in one bank
+    return (stream.serial * scatter) >> 62;
+}
+
+const GraphPort *tapPort(const Graph &graph, GlobalId tap, std::string_view side, std::size_t bank)
+{
+    std::string_view name = side;
+    if (side == port_names::left)
+        name = port_names::lefts.at(bank);
+    else if (side == port_names::right)
+        name = port_names::rights.at(bank);
+    return portNamed(graph, tap, PortDirection::input, name);
+}
+
 void planStream(Links &links, const Graph &graph, const TapWish &wish, GlobalId stream)
 {
+    const GraphNode *node = graph.node(stream);
+    const std::size_t bank = node != nullptr ? bankOf(*node) : 0;
     const Ports from = graph.portsOf(stream, PortDirection::output);
     for (std::size_t i = 0; i < from.size(); ++i) {
         for (const char *name : foldDown(*from[i], i, from.size())) {
             if (name != nullptr)
-                link(links, from[i], portNamed(graph, wish.nodeId, PortDirection::input, name));
+                link(links, from[i], tapPort(graph, wish.nodeId, name, bank));
         }
     }
 }

@@ -2,6 +2,7 @@
 
 #include "platform/pipewire/graph.h"
 
+#include <array>
 #include <set>
 
 namespace tolvenary
@@ -17,6 +18,10 @@ inline constexpr const char *mono = "MONO";
 inline constexpr const char *center = "FC";
 inline constexpr const char *surroundLeft = "SL";
 inline constexpr const char *surroundRight = "SR";
+
+/// Of left and right a tap has several ports, for the server adds up at most 128 links at one.
+inline constexpr std::array lefts{left, "FL.2", "FL.3", "FL.4"};
+inline constexpr std::array rights{right, "FR.2", "FR.3", "FR.4"};
 } // namespace port_names
 
 /// What our nodes ask for.

@@ -3,6 +3,7 @@
 
 #include <chrono>
 #include <csignal>
+#include <deque>
 #include <iostream>
 #include <optional>
 #include <pipewire/pipewire.h>
@@ -39,17 +40,18 @@ void play(const PlayerOptions &options)
     pw_loop_add_signal(pw_main_loop_get_loop(loop), SIGINT, quit, loop);
     {
         std::optional<Feeder> feeder;
-        std::optional<StreamPlayer> player;
+        std::deque<StreamPlayer> players;
         // Before anybody makes a thread, which would not know that the signal is to be held back.
         const auto change = [](void *data, int /*signal*/) {
-            if (auto &changing = *static_cast<std::optional<StreamPlayer> *>(data))
-                changing->changeFormat();
+            for (StreamPlayer &player : *static_cast<std::deque<StreamPlayer> *>(data))
+                player.changeFormat();
         };
-        pw_loop_add_signal(pw_main_loop_get_loop(loop), SIGUSR1, change, &player);
+        pw_loop_add_signal(pw_main_loop_get_loop(loop), SIGUSR1, change, &players);
         if (options.feed)
             feeder.emplace(pw_main_loop_get_loop(loop), options);
         else
-            player.emplace(pw_main_loop_get_loop(loop), options);
+            for (int i = 0; i < options.streams; ++i)
+                players.emplace_back(pw_main_loop_get_loop(loop), options);
         pw_main_loop_run(loop);
     }
     pw_main_loop_destroy(loop);

@@ -31,7 +31,7 @@ pw_properties *properties(const PlayerOptions &options)
 {
     pw_properties *made = pw_properties_new(PW_KEY_MEDIA_TYPE, "Audio", PW_KEY_NODE_NAME, options.name.c_str(),
                                             PW_KEY_APP_NAME, options.application.c_str(), nullptr);
-    if (options.withhold) {
+    if (options.source) {
         pw_properties_set(made, PW_KEY_MEDIA_CLASS, "Audio/Source");
         pw_properties_set(made, PW_KEY_PRIORITY_SESSION, "3000");
     } else {
@@ -68,7 +68,7 @@ void StreamPlayer::connect(const std::vector<std::string> &channels, int rate)
     builder.data = memory.data();
     builder.size = memory.size();
     const spa_pod *params = spa_format_audio_raw_build(&builder, SPA_PARAM_EnumFormat, &format);
-    const auto flags = static_cast<pw_stream_flags>((m_options.withhold ? 0 : PW_STREAM_FLAG_AUTOCONNECT) |
+    const auto flags = static_cast<pw_stream_flags>((m_options.source ? 0 : PW_STREAM_FLAG_AUTOCONNECT) |
                                                     PW_STREAM_FLAG_MAP_BUFFERS | PW_STREAM_FLAG_RT_PROCESS);
     if (pw_stream_connect(m_stream, PW_DIRECTION_OUTPUT, PW_ID_ANY, flags, &params, 1) < 0)
         throw std::runtime_error("the player cannot connect");

@@ -1,7 +1,10 @@
 #include "platform/pipewire/link_plan.h"
 
+#include "platform/pipewire/sound_paths.h"
+
 #include <algorithm>
 #include <array>
+#include <map>
 #include <string_view>
 
 namespace tolvenary
@@ -121,7 +124,7 @@ std::array<const char *, 2> foldDown(const GraphPort &port, std::size_t place, s
     return {place % 2 == 0 ? port_names::left : port_names::right, nullptr};
 }
 
-bool isTapped(const Graph &graph, const GraphNode &node, const TapWish &wish)
+bool isTapped(const Graph &graph, const SoundPaths &paths, const GraphNode &node, const TapWish &wish)
 {
     if (node.mediaClass != "Stream/Output/Audio")
         return false;
@@ -132,7 +135,7 @@ bool isTapped(const Graph &graph, const GraphNode &node, const TapWish &wish)
         return false;
     // What has passed through a sink was captured where it went in; a second time would be an echo, and what plays our
     // device back would howl.
-    return !graph.carriesSoundOf(node, [&](const GraphNode &upstream) { return graph.isSink(upstream); });
+    return !paths.carriesSoundOf(node, [&](const GraphNode &upstream) { return graph.isSink(upstream); });
 }
 
 // Which of the ports of one side a stream goes into: always the same, so that nobody is relinked when others come and
@@ -144,34 +147,37 @@ std::size_t bankOf(const GraphNode &stream)
     return (stream.serial * scatter) >> 62;
 }
 
-const GraphPort *tapPort(const Graph &graph, GlobalId tap, std::string_view side, std::size_t bank)
+using PortsByName = std::map<std::string_view, const GraphPort *>;
+
+const GraphPort *tapPort(const PortsByName &tap, std::string_view side, std::size_t bank)
 {
     std::string_view name = side;
     if (side == port_names::left)
         name = port_names::lefts.at(bank);
     else if (side == port_names::right)
         name = port_names::rights.at(bank);
-    return portNamed(graph, tap, PortDirection::input, name);
+    const auto found = tap.find(name);
+    return found == tap.end() ? nullptr : found->second;
 }
 
-void planStream(Links &links, const Graph &graph, const TapWish &wish, GlobalId stream)
+void planStream(Links &links, const Ports &from, const PortsByName &tap, std::size_t bank)
 {
-    const GraphNode *node = graph.node(stream);
-    const std::size_t bank = node != nullptr ? bankOf(*node) : 0;
-    const Ports from = graph.portsOf(stream, PortDirection::output);
     for (std::size_t i = 0; i < from.size(); ++i) {
         for (const char *name : foldDown(*from[i], i, from.size())) {
             if (name != nullptr)
-                link(links, from[i], tapPort(graph, wish.nodeId, name, bank));
+                link(links, from[i], tapPort(tap, name, bank));
         }
     }
 }
 
 void planTap(Links &links, const Graph &graph, const TapWish &wish)
 {
+    PortsByName tap;
+    for (const GraphPort *port : graph.portsOf(wish.nodeId, PortDirection::input))
+        tap.emplace(port->name, port);
     for (const GlobalId stream : tappedStreams(graph, wish)) {
         if (!wish.heldStreams.contains(stream))
-            planStream(links, graph, wish, stream);
+            planStream(links, graph.portsOf(stream, PortDirection::output), tap, bankOf(*graph.node(stream)));
     }
 }
 
@@ -191,14 +197,15 @@ const GraphNode *microphoneOf(const Graph &graph, const LinkWishes &wishes)
             return output.nodeId == upstream.id || output.deviceName == upstream.name;
         });
     };
-    return graph.carriesSoundOf(*source, isOurs) ? nullptr : source;
+    return SoundPaths(graph).carriesSoundOf(*source, isOurs) ? nullptr : source;
 }
 
 std::set<GlobalId> tappedStreams(const Graph &graph, const TapWish &wish)
 {
+    const SoundPaths paths(graph);
     std::set<GlobalId> streams;
     for (const auto &[id, node] : graph.nodes) {
-        if (isTapped(graph, node, wish))
+        if (isTapped(graph, paths, node, wish))
             streams.insert(id);
     }
     return streams;

@@ -26,6 +26,8 @@ class PrivateSession
     /// The sound servers go away, as in a crash; what clients had in them is gone.
     void stopSoundServers();
     void startSoundServers();
+    /// The sound server's process.
+    pid_t serverProcess() const { return m_pipewire->pid(); }
     /// PipeWire neither answers nor closes connections until resumed.
     void hangServer();
     void resumeServer();

@@ -7,6 +7,7 @@
 #include "tests/session/support/virtual_devices.h"
 #include "tests/session/support/wait_until.h"
 
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -15,6 +16,7 @@
 #include <set>
 #include <stdexcept>
 #include <thread>
+#include <utility>
 
 namespace
 {
@@ -45,8 +47,23 @@ struct Cost {
     double server = 0;
 };
 
+/// Where hundreds have just come, the session manager goes on linking for many seconds.
+void awaitQuiet(const PrivateSession &session)
+{
+    double before = 0;
+    waitUntil(
+        [&] {
+            const double begin = processorMicroseconds(session.serverProcess());
+            std::this_thread::sleep_for(2s);
+            const double now = processorMicroseconds(session.serverProcess()) - begin;
+            return std::abs(now - std::exchange(before, now)) < 0.1 * now;
+        },
+        90s);
+}
+
 Cost measure(const PrivateSession &session, const std::vector<pid_t> &processes)
 {
+    awaitQuiet(session);
     const auto all = [&] {
         double sum = 0;
         for (const pid_t process : processes)

@@ -89,24 +89,6 @@ std::vector<const GraphPort *> Graph::capturePorts(const GraphNode &node) const
     return own;
 }
 
-std::vector<GlobalId> Graph::upstreamOf(const GraphNode &node) const
-{
-    std::vector<GlobalId> found;
-    for (const auto &[id, link] : links) {
-        const GraphPort *into = port(link.inputPort);
-        const GraphPort *outOf = port(link.outputPort);
-        if (into != nullptr && outOf != nullptr && into->nodeId == node.id)
-            found.push_back(outOf->nodeId);
-    }
-    if (node.linkGroup.empty())
-        return found;
-    for (const auto &[id, other] : nodes) {
-        if (id != node.id && other.linkGroup == node.linkGroup)
-            found.push_back(id);
-    }
-    return found;
-}
-
 std::optional<std::int32_t> Graph::processOf(const GraphNode &node) const
 {
     if (!node.clientId)

@@ -80,34 +80,7 @@ class Graph
     /// Where sound comes out of a device: its own outputs, else its monitors.
     std::vector<const GraphPort *> capturePorts(const GraphNode &node) const;
 
-    /// True when what comes out of `node` has come, through links and through loopbacks, out of a node for which
-    /// `matches` holds, or when it holds for `node` itself.
-    template <typename Matches> bool carriesSoundOf(const GraphNode &node, Matches matches) const;
-
     std::optional<std::int32_t> processOf(const GraphNode &node) const;
-
-  private:
-    std::vector<GlobalId> upstreamOf(const GraphNode &node) const;
 };
-
-template <typename Matches> bool Graph::carriesSoundOf(const GraphNode &node, Matches matches) const
-{
-    std::vector<GlobalId> found{node.id};
-    for (std::size_t next = 0; next < found.size(); ++next) {
-        const GraphNode *current = this->node(found[next]);
-        if (current == nullptr)
-            continue;
-        if (matches(*current))
-            return true;
-        for (const GlobalId id : upstreamOf(*current)) {
-            bool known = false;
-            for (const GlobalId seen : found)
-                known = known || seen == id;
-            if (!known)
-                found.push_back(id);
-        }
-    }
-    return false;
-}
 
 } // namespace tolvenary

@@ -1,7 +1,10 @@
 #include "platform/pipewire/link_plan.h"
 
+#include "platform/pipewire/sound_paths.h"
+
 #include <algorithm>
 #include <array>
+#include <map>
 #include <string_view>
 
 namespace tolvenary
@@ -131,7 +134,7 @@ std::array<const char *, 2> foldDown(const GraphPort &port, std::size_t place, s
     return {place % 2 == 0 ? port_names::left : port_names::right, nullptr};
 }
 
-bool isTapped(const Graph &graph, const GraphNode &node, const TapWish &wish)
+bool isTapped(const Graph &graph, const SoundPaths &paths, const GraphNode &node, const TapWish &wish)
 {
     if (node.mediaClass != "Stream/Output/Audio")
         return false;
@@ -142,25 +145,49 @@ bool isTapped(const Graph &graph, const GraphNode &node, const TapWish &wish)
         return false;
     // What has passed through a sink was captured where it went in; a second time would be an echo, and what plays our
     // device back would howl.
-    return !graph.carriesSoundOf(node, [&](const GraphNode &upstream) { return graph.isSink(upstream); });
+    return !paths.carriesSoundOf(node, [&](const GraphNode &upstream) { return graph.isSink(upstream); });
 }
 
-void planStream(Links &links, const Graph &graph, const TapWish &wish, GlobalId stream)
+// Which of the ports of one side a stream goes into: always the same, so that nobody is relinked when others come and
+// go.
+std::size_t bankOf(const GraphNode &stream)
 {
-    const Ports from = graph.portsOf(stream, PortDirection::output);
+    constexpr std::uint64_t scatter =
+        0x9E3779B97F4A7C15; // ids that come in regular steps must not all meet in one bank
+    return (stream.serial * scatter) >> 62;
+}
+
+using PortsByName = std::map<std::string_view, const GraphPort *>;
+
+const GraphPort *tapPort(const PortsByName &tap, std::string_view side, std::size_t bank)
+{
+    std::string_view name = side;
+    if (side == port_names::left)
+        name = port_names::lefts.at(bank);
+    else if (side == port_names::right)
+        name = port_names::rights.at(bank);
+    const auto found = tap.find(name);
+    return found == tap.end() ? nullptr : found->second;
+}
+
+void planStream(Links &links, const Ports &from, const PortsByName &tap, std::size_t bank)
+{
     for (std::size_t i = 0; i < from.size(); ++i) {
         for (const char *name : foldDown(*from[i], i, from.size())) {
             if (name != nullptr)
-                link(links, from[i], portNamed(graph, wish.nodeId, PortDirection::input, name));
+                link(links, from[i], tapPort(tap, name, bank));
         }
     }
 }
 
 void planTap(Links &links, const Graph &graph, const TapWish &wish)
 {
+    PortsByName tap;
+    for (const GraphPort *port : graph.portsOf(wish.nodeId, PortDirection::input))
+        tap.emplace(port->name, port);
     for (const GlobalId stream : tappedStreams(graph, wish)) {
         if (!wish.heldStreams.contains(stream))
-            planStream(links, graph, wish, stream);
+            planStream(links, graph.portsOf(stream, PortDirection::output), tap, bankOf(*graph.node(stream)));
     }
 }
 
@@ -180,14 +207,15 @@ const GraphNode *microphoneOf(const Graph &graph, const LinkWishes &wishes)
             return output.nodeId == upstream.id || output.deviceName == upstream.name;
         });
     };
-    return graph.carriesSoundOf(*source, isOurs) ? nullptr : source;
+    return SoundPaths(graph).carriesSoundOf(*source, isOurs) ? nullptr : source;
 }
 
 std::set<GlobalId> tappedStreams(const Graph &graph, const TapWish &wish)
 {
+    const SoundPaths paths(graph);
     std::set<GlobalId> streams;
     for (const auto &[id, node] : graph.nodes) {
-        if (isTapped(graph, node, wish))
+        if (isTapped(graph, paths, node, wish))
             streams.insert(id);
     }
     return streams;

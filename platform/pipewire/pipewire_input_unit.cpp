@@ -41,11 +41,13 @@ OSStatus PipeWireInputUnit::AudioOutputUnitStart(CaptureCallback capture)
     if (const OSStatus status = m_session.waitUntilThere(m_node->node()); status != noErr)
         return status;
     m_node->start();
+    m_sign = std::make_unique<MicrophoneSign>(m_session);
     return noErr;
 }
 
 OSStatus PipeWireInputUnit::AudioOutputUnitStop()
 {
+    m_sign.reset();
     m_node.reset();
     return noErr;
 }

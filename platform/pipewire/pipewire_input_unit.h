@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/audio_units.h"
+#include "platform/pipewire/microphone_sign.h"
 #include "platform/pipewire/session_node.h"
 
 #include <memory>
@@ -24,7 +25,8 @@ class PipeWireInputUnit final : public AudioInputUnit
     GraphSession &m_session;
     CaptureCallback m_capture;
     std::unique_ptr<MicrophonePorts> m_ports;
-    std::unique_ptr<SessionNode> m_node; // declared last: its cycles use all of the above
+    std::unique_ptr<SessionNode> m_node; // its cycles use all of the above
+    std::unique_ptr<MicrophoneSign> m_sign;
 };
 
 } // namespace tolvenary

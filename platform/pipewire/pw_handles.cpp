@@ -2,6 +2,7 @@
 
 #include <pipewire/filter.h>
 #include <pipewire/pipewire.h>
+#include <pipewire/stream.h>
 
 namespace tolvenary
 {
@@ -21,6 +22,10 @@ void PwRelease::operator()(pw_filter *filter) const noexcept
 void PwRelease::operator()(pw_proxy *proxy) const noexcept
 {
     pw_proxy_destroy(proxy);
+}
+void PwRelease::operator()(pw_stream *stream) const noexcept
+{
+    pw_stream_destroy(stream);
 }
 
 void PwRelease::operator()(pw_thread_loop *loop) const noexcept

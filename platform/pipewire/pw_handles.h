@@ -6,6 +6,7 @@ struct pw_context;
 struct pw_core;
 struct pw_filter;
 struct pw_proxy;
+struct pw_stream;
 struct pw_thread_loop;
 struct spa_hook;
 
@@ -18,6 +19,7 @@ struct PwRelease {
     void operator()(pw_core *core) const noexcept; ///< disconnects; whatever was made through it must be gone already
     void operator()(pw_filter *filter) const noexcept;
     void operator()(pw_proxy *proxy) const noexcept;
+    void operator()(pw_stream *stream) const noexcept;
     void operator()(pw_thread_loop *loop) const noexcept; ///< stops it first
     void operator()(spa_hook *hook) const noexcept;       ///< takes it out of its list
 };

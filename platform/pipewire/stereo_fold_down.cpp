@@ -11,7 +11,16 @@ namespace tolvenary
 namespace
 {
 
-enum Port : std::size_t { left, right, center, surroundLeft, surroundRight, count };
+constexpr std::size_t banks = port_names::lefts.size();
+
+/// Behind them left and right in turns, once for each further bank.
+enum Port : std::size_t { left, right, center, surroundLeft, surroundRight, more, count = more + 2 * (banks - 1) };
+
+/// The port of a side that belongs to a bank.
+std::size_t inBank(std::size_t side, std::size_t bank)
+{
+    return bank == 0 ? side : Port::more + 2 * (bank - 1) + side;
+}
 
 constexpr float minus3Decibel = std::numbers::sqrt2_v<float> / 2;
 
@@ -20,8 +29,10 @@ constexpr float minus3Decibel = std::numbers::sqrt2_v<float> / 2;
 std::vector<PortSpec> StereoFoldDown::ports()
 {
     std::vector<PortSpec> specs(Port::count);
-    specs[left].name = port_names::left;
-    specs[right].name = port_names::right;
+    for (std::size_t bank = 0; bank < banks; ++bank) {
+        specs[inBank(left, bank)] = {PortDirection::input, port_names::lefts.at(bank), bank == 0};
+        specs[inBank(right, bank)] = {PortDirection::input, port_names::rights.at(bank), bank == 0};
+    }
     specs[center].name = port_names::center;
     specs[surroundLeft].name = port_names::surroundLeft;
     specs[surroundRight].name = port_names::surroundRight;
@@ -48,19 +59,25 @@ std::span<const float *const> StereoFoldDown::fold(const Cycle &cycle)
 const float *StereoFoldDown::side(const Cycle &cycle, std::size_t front, std::size_t surround,
                                   std::vector<float> &mix) const
 {
-    const float *direct = cycle.input(front);
-    if (direct == nullptr)
-        direct = m_silence.data();
-    const float *middle = cycle.input(center);
-    const float *rear = cycle.input(surround);
-    if (middle == nullptr && rear == nullptr)
-        return direct;
-    if (middle == nullptr)
-        middle = m_silence.data();
-    if (rear == nullptr)
-        rear = m_silence.data();
-    for (std::uint32_t i = 0; i < cycle.frames(); ++i)
-        mix[i] = direct[i] + minus3Decibel * (middle[i] + rear[i]);
+    const float *direct = nullptr;
+    for (std::size_t bank = 0; bank < banks; ++bank)
+        direct = sum(direct, cycle.input(inBank(front, bank)), 1, cycle.frames(), mix);
+    direct = sum(direct, cycle.input(center), minus3Decibel, cycle.frames(), mix);
+    direct = sum(direct, cycle.input(surround), minus3Decibel, cycle.frames(), mix);
+    return direct != nullptr ? direct : m_silence.data();
+}
+
+const float *StereoFoldDown::sum(const float *a, const float *b, float gain, std::uint32_t frames,
+                                 std::vector<float> &mix) const
+{
+    if (b == nullptr)
+        return a;
+    if (a == nullptr && gain == 1)
+        return b;
+    if (a == nullptr)
+        a = m_silence.data();
+    for (std::uint32_t i = 0; i < frames; ++i)
+        mix[i] = a[i] + gain * b[i];
     return mix.data();
 }
 

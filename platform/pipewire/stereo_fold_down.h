@@ -25,6 +25,9 @@ class StereoFoldDown
   private:
     const float *side(const Cycle &cycle, std::size_t front, std::size_t surround, std::vector<float> &mix) const;
 
+    /// What is in either, as a whole in one of them where the other is null; null where both are.
+    const float *sum(const float *a, const float *b, float gain, std::uint32_t frames, std::vector<float> &mix) const;
+
     std::vector<float> m_silence;
     std::array<std::vector<float>, 2> m_mix;
     std::array<const float *, 2> m_channels{};

@@ -1,5 +1,6 @@
 #include "tests/session/support/clicks.h"
 #include "tests/session/support/signal_source.h"
+#include "tests/session/support/sine_fit.h"
 #include "tests/session/support/source_fit.h"
 #include "tests/session/support/steady_gaps.h"
 #include "tests/session/support/tone_level.h"
@@ -50,6 +51,31 @@ TEST(ToneLevel, anAbsentToneHasNoLevel)
 {
     EXPECT_LT(decibels(toneAmplitudes(render("tone:997:0.5", 9600), rate, {1499, 997}).front()), -100);
     EXPECT_EQ(decibels(0), -200);
+}
+
+TEST(SineFit, ofPureSinesNothingIsLeft)
+{
+    const Samples both = sum(render("tone:997:0.5", 12000, 77), 1, render("tone:1499:0.02", 12000), 1);
+    const SineResidue residue = SineFit(rate, {997, 1499}, 12000).residue(both);
+    EXPECT_LT(decibels(residue.noise), -140);
+    EXPECT_LT(decibels(residue.peak), -120);
+    EXPECT_NEAR(residue.level, 0.5 / std::sqrt(2.0), 1e-3);
+}
+
+TEST(SineFit, aClickIsAPeakAndARepeatIsNoise)
+{
+    const SineFit fit(rate, {997}, 12000);
+    Samples click = render("tone:997:0.5", 12000);
+    click[6000] += 0.001F;
+    EXPECT_NEAR(decibels(fit.residue(click).peak), decibels(0.001 * std::sqrt(2.0) / 0.5), 0.1);
+    Samples repeated = render("tone:997:0.5", 12000);
+    std::copy_n(repeated.begin() + 5988, 6012, repeated.begin() + 5989);
+    EXPECT_GT(decibels(fit.residue(repeated).noise), -30);
+}
+
+TEST(SineFit, silenceIsNoSine)
+{
+    EXPECT_EQ(SineFit(rate, {997}, 4800).residue(Samples(4800, 0.0F)).noise, 1);
 }
 
 TEST(SourceFit, findsTheGainOfEachSource)

@@ -21,16 +21,22 @@ std::vector<std::string> descriptions(const std::vector<GraphNode> &nodes)
     return found;
 }
 
-const auto theThree = UnorderedElementsAre("Tolvenary", "Tolvenary microphone", "TolvenaryTapAggregate");
+const auto allOfThem =
+    UnorderedElementsAre("Tolvenary", "Tolvenary microphone", "TolvenaryTapAggregate", "Tolvenary records");
 
 } // namespace
 
-TEST(Graph, aRunningMixIsThreeNodesInOneDriverGroup)
+TEST(Graph, aRunningMixIsThreeNodesAndASignInOneDriverGroup)
 {
     MixBed bed;
     bed.run();
-    const auto nodes = MixBed::nodesOfProgram(SoundGraph::read());
-    ASSERT_THAT(descriptions(nodes), theThree);
+    std::vector<GraphNode> nodes;
+    ASSERT_TRUE(bed.waitForGraph([&](const SoundGraph &graph) {
+        nodes = MixBed::nodesOfProgram(graph);
+        const GraphNode *sign = graph.node("com.tolvenary.microphone.sign");
+        return sign != nullptr && sign->state == "running"; // linked by the session manager, in its own time
+    }));
+    ASSERT_THAT(descriptions(nodes), allOfThem);
     for (const GraphNode &node : nodes) {
         EXPECT_EQ(node.properties.at("node.group"), nodes.front().properties.at("node.group"));
         EXPECT_EQ(node.state, "running");
@@ -64,7 +70,7 @@ TEST(Graph, afterStopNoneIsLeft)
     EXPECT_EQ(bed.status(), "Stopped");
 }
 
-TEST(Graph, afterStopAndStartAreThreeAgainWithAFreshTap)
+TEST(Graph, afterStopAndStartAllAreThereAgainWithAFreshTap)
 {
     const auto tapName = [] {
         for (const GraphNode &node : MixBed::nodesOfProgram(SoundGraph::read()))
@@ -77,7 +83,7 @@ TEST(Graph, afterStopAndStartAreThreeAgainWithAFreshTap)
     const std::string first = tapName();
     bed.stop();
     bed.run();
-    EXPECT_THAT(descriptions(MixBed::nodesOfProgram(SoundGraph::read())), theThree);
+    EXPECT_THAT(descriptions(MixBed::nodesOfProgram(SoundGraph::read())), allOfThem);
     EXPECT_NE(tapName(), first);
 }
 
@@ -89,7 +95,7 @@ TEST(Graph, aSecondStartWhileTheFirstIsInFlightLeavesOneMix)
     auto first = bed.mix().start();
     auto second = bed.mix().start();
     ASSERT_TRUE(bed.waitFor([&] { return bed.isRunning() && first.isReady() && second.isReady(); })) << bed.status();
-    EXPECT_THAT(descriptions(MixBed::nodesOfProgram(SoundGraph::read())), theThree);
+    EXPECT_THAT(descriptions(MixBed::nodesOfProgram(SoundGraph::read())), allOfThem);
     bed.stop();
     EXPECT_THAT(MixBed::nodesOfProgram(SoundGraph::read()), IsEmpty());
 }
@@ -100,7 +106,7 @@ TEST(Graph, afterAKillNoneIsLeft)
     const auto runner = bed.session().start({TOLVENARY_MIX_RUNNER, std::to_string(bed.player()->pid())});
     const auto isLinked = [&](const SoundGraph &graph) {
         const auto nodes = graph.nodesOfProcess(runner->pid());
-        return nodes.size() == 3 &&
+        return nodes.size() == 4 &&
                std::all_of(nodes.begin(), nodes.end(), [](const GraphNode &node) { return node.state == "running"; });
     };
     ASSERT_TRUE(bed.waitForGraph(isLinked)) << runner->output();

@@ -7,6 +7,7 @@
 #include <QEventLoop>
 #include <algorithm>
 #include <atomic>
+#include <set>
 #include <stdexcept>
 #include <unistd.h>
 
@@ -31,6 +32,8 @@ void runEvents()
 MixBed::MixBed(MixBedOptions options)
     : m_options(std::move(options)), m_session(m_options.configuration), m_application(argumentCount, argumentValues)
 {
+    if (m_options.urgent)
+        m_session.environment().set("PIPEWIRE_CONFIG_NAME", "client-rt.conf");
     plugAll();
     if (m_options.hangsAtLaunch)
         m_session.hangServer();
@@ -142,6 +145,28 @@ Recording MixBed::record(Recorder &recorder, std::size_t frames)
 bool MixBed::waitForGraph(const std::function<bool(const SoundGraph &)> &condition, std::chrono::milliseconds patience)
 {
     return waitFor([&] { return condition(SoundGraph::read()); }, patience);
+}
+
+std::unique_ptr<ChildProcess> MixBed::playMany(int applications, const std::vector<std::string> &channels)
+{
+    Arguments command = {TOLVENARY_PLAYER, "--name", "one-of-many", "--streams", std::to_string(applications)};
+    command.insert(command.end(), channels.begin(), channels.end());
+    auto many = m_session.start(command);
+    const auto areHeard = [&](const SoundGraph &graph) {
+        std::set<std::uint32_t> heard;
+        const auto players = graph.nodesOfProcess(many->pid());
+        const auto ours = nodesOfProgram(graph);
+        const auto isOneOf = [](const std::vector<GraphNode> &nodes, std::uint32_t id) {
+            return std::ranges::find(nodes, id, &GraphNode::id) != nodes.end();
+        };
+        for (const GraphLink &link : graph.links)
+            if (link.state == "active" && isOneOf(ours, link.inputNode) && isOneOf(players, link.outputNode))
+                heard.insert(link.outputPort);
+        return heard.size() == static_cast<std::size_t>(applications) * channels.size();
+    };
+    if (!waitForGraph(areHeard, std::chrono::seconds(40)))
+        throw std::runtime_error("not all applications are heard: " + many->output());
+    return many;
 }
 
 std::vector<GraphNode> MixBed::nodesOfProgram(const SoundGraph &graph)

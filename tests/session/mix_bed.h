@@ -22,6 +22,7 @@ struct MixBedOptions {
     std::vector<std::string> voice = {"MONO=tone:997:0.25"};
     bool application = true;
     Application player = {};
+    bool urgent = false;        ///< players as urgent as the program, so that none is late when the machine is
     bool hangsAtLaunch = false; ///< the server hangs before the program is there
 };
 
@@ -76,6 +77,10 @@ class MixBed
 
     /// "node:port" where the device is heard: side "FL" or "FR".
     std::string monitor(const std::string &side) const { return deviceMonitor(m_options.deviceKind, side); }
+
+    /// Another process with so many applications, each of which plays these sounds on CHANNEL=SOUND. Returns when the
+    /// program hears all of them.
+    std::unique_ptr<ChildProcess> playMany(int applications, const std::vector<std::string> &channels);
 
     /// Nodes of this process, but for the tests' own recorder and player.
     static std::vector<GraphNode> nodesOfProgram(const SoundGraph &graph);

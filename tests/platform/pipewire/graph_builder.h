@@ -61,6 +61,7 @@ class GraphBuilder
     GlobalId stream(std::int32_t process, const std::vector<std::string> &channels, const std::string &group = "")
     {
         const GlobalId id = node("stream", "Stream/Output/Audio", group, client(process));
+        graph.nodes[id].serial = 0; // into the first of a tap's ports of a side
         for (const std::string &channel : channels)
             port(id, PortDirection::output, channel);
         return id;
@@ -69,7 +70,10 @@ class GraphBuilder
     /// Our own nodes, with the ports that they have in the program.
     GlobalId outputNode() { return ownNode({"FL", "FR", "MONO"}, {"order"}); }
     GlobalId inputNode(const std::vector<std::string> &inputs) { return ownNode({"order"}, inputs); }
-    GlobalId tapNode() { return ownNode({"order"}, {"FL", "FR", "FC", "SL", "SR"}); }
+    GlobalId tapNode()
+    {
+        return ownNode({"order"}, {"FL", "FR", "FC", "SL", "SR", "FL.2", "FR.2", "FL.3", "FR.3", "FL.4", "FR.4"});
+    }
 
     /// The one port of the node with that channel.
     GlobalId portOf(GlobalId nodeId, PortDirection direction, const std::string &channel, bool isMonitor = false) const

@@ -9,6 +9,7 @@ namespace
 {
 
 using testing::IsEmpty;
+using testing::IsSupersetOf;
 using testing::UnorderedElementsAre;
 
 constexpr std::int32_t ownProcess = 1;
@@ -264,6 +265,34 @@ TEST(LinkPlan, aSourcePlayedAloudIsTapped)
     built.link(built.out(lineIn, "MONO"), built.port(capture, PortDirection::input, "MONO"));
     built.stream(player, {"MONO"}, "line");
     EXPECT_EQ(tapLinks(built, built.tapNode()).size(), 2U);
+}
+
+TEST(LinkPlan, ofManyStreamsNoPortGetsMoreThanTheServerAddsUp)
+{
+    constexpr std::size_t mostLinks = 128;
+    for (const std::uint64_t step : {1U, 2U, 3U, 4U, 5U, 8U, 16U}) {
+        GraphBuilder built;
+        const GlobalId tap = built.tapNode();
+        for (std::uint64_t i = 0; i < 400; ++i)
+            built.graph.nodes[built.stream(player, {"FL", "FR"})].serial = 1000 + i * step;
+        std::map<GlobalId, std::size_t> linksOf;
+        for (const GraphLink &link : tapLinks(built, tap))
+            ++linksOf[link.inputPort];
+        EXPECT_EQ(linksOf.size(), 8U) << step;
+        for (const auto &[port, links] : linksOf)
+            EXPECT_LE(links, mostLinks) << "in steps of " << step;
+    }
+}
+
+TEST(LinkPlan, aStreamKeepsItsPortsWhenOthersCome)
+{
+    GraphBuilder built;
+    const GlobalId tap = built.tapNode();
+    built.graph.nodes[built.stream(player, {"FL", "FR"})].serial = 77;
+    const auto before = tapLinks(built, tap);
+    for (std::uint64_t i = 0; i < 100; ++i)
+        built.graph.nodes[built.stream(player, {"FL", "FR"})].serial = i;
+    EXPECT_THAT(tapLinks(built, tap), IsSupersetOf(before));
 }
 
 TEST(LinkPlan, aRingOfLoopbacksEnds)

@@ -16,11 +16,13 @@ constexpr float root = 0.70710678F;
 class StereoFoldDownTest : public testing::Test
 {
   protected:
-    std::array<std::vector<float>, 2> fold(const std::array<std::vector<float>, 5> &ports)
+    /// Ports in their order; those not given have no sound.
+    std::array<std::vector<float>, 2> fold(const std::vector<std::vector<float>> &ports)
     {
         std::vector<void *> pointers;
         for (const std::vector<float> &port : ports)
             pointers.push_back(port.empty() ? nullptr : const_cast<float *>(port.data()));
+        pointers.resize(StereoFoldDown::ports().size());
         const std::span<const float *const> sides = m_foldDown.fold(Cycle(pointers, {}, 2));
         if (sides.empty())
             return {};
@@ -61,6 +63,13 @@ TEST_F(StereoFoldDownTest, aSurroundReachesItsSideThreeDecibelDown)
     const auto sides = fold({{{1, 1}, {1, 1}, {}, {1, 2}, {}}});
     EXPECT_THAT(sides[0], ElementsAre(FloatEq(1 + root), FloatEq(1 + 2 * root)));
     EXPECT_THAT(sides[1], ElementsAre(1, 1));
+}
+
+TEST_F(StereoFoldDownTest, allPortsOfASideAreAddedUp)
+{
+    const auto sides = fold({{1, 1}, {}, {}, {}, {}, {2, 2}, {4, 4}, {}, {}, {8, 16}, {}});
+    EXPECT_THAT(sides[0], ElementsAre(11, 19));
+    EXPECT_THAT(sides[1], ElementsAre(4, 4));
 }
 
 } // namespace

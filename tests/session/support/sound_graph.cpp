@@ -93,7 +93,9 @@ std::string valueOr(const Properties &properties, const std::string &key, const 
 
 SoundGraph SoundGraph::read()
 {
-    const QJsonDocument dump = QJsonDocument::fromJson(QByteArray::fromStdString(runToEnd({"pw-dump"})));
+    // Names need not be valid text, and pw-dump hands them on as they are.
+    const QString text = QString::fromUtf8(QByteArray::fromStdString(runToEnd({"pw-dump"}, std::chrono::seconds(40))));
+    const QJsonDocument dump = QJsonDocument::fromJson(text.toUtf8());
     SoundGraph graph;
     const QJsonArray objects = dump.array();
     for (const QJsonValue object : objects)

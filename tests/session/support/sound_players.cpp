@@ -30,6 +30,18 @@ bool plays(const SoundGraph &graph, const GraphNode *node)
                                           [&](const GraphLink &link) { return link.outputNode == node->id; });
 }
 
+std::unique_ptr<ChildProcess> awaitDefaultSource(PrivateSession &session, std::unique_ptr<ChildProcess> microphone,
+                                                 const std::string &name, const std::string &lastChannel)
+{
+    const auto isDefault = [&](const SoundGraph &graph) {
+        return graph.defaultNode("default.audio.source") == name &&
+               graph.port(portPath(name, "capture", lastChannel)) != nullptr;
+    };
+    if (!session.waitForGraph(isDefault))
+        throw std::runtime_error(name + " does not become the default source: " + microphone->output());
+    return microphone;
+}
+
 } // namespace
 
 std::unique_ptr<ChildProcess> playApplication(PrivateSession &session, const Application &application)
@@ -89,16 +101,18 @@ std::unique_ptr<ChildProcess> speakInto(PrivateSession &session, const std::stri
     return voice;
 }
 
+std::unique_ptr<ChildProcess> startMicrophone(PrivateSession &session, int rate,
+                                              const std::vector<std::string> &channels)
+{
+    Arguments command = {TOLVENARY_PLAYER, "--source", "--name", "microphone", "--rate", std::to_string(rate)};
+    command.insert(command.end(), channels.begin(), channels.end());
+    return awaitDefaultSource(session, session.start(command), "microphone", channelName(channels.back()));
+}
+
 std::unique_ptr<ChildProcess> startDeadMicrophone(PrivateSession &session)
 {
     auto microphone = session.start({TOLVENARY_PLAYER, "--withhold", "--name", "dead-microphone", "MONO=silence"});
-    const auto isDefault = [](const SoundGraph &graph) {
-        return graph.defaultNode("default.audio.source") == "dead-microphone" &&
-               graph.port("dead-microphone:capture_MONO") != nullptr;
-    };
-    if (!session.waitForGraph(isDefault))
-        throw std::runtime_error("the dead microphone does not become the default source: " + microphone->output());
-    return microphone;
+    return awaitDefaultSource(session, std::move(microphone), "dead-microphone", "MONO");
 }
 
 std::string applicationPort(const std::string &nodeName, const std::string &channel)

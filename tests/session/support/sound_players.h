@@ -24,6 +24,11 @@ std::unique_ptr<ChildProcess> speakInto(PrivateSession &session, const std::stri
 /// and the right side. Returns when it is linked.
 std::unique_ptr<ChildProcess> playPulseClient(PrivateSession &session, const std::vector<std::string> &sounds);
 
+/// Starts another process that is the default source, and speaks: CHANNEL=SOUND. Other than a device it goes on without
+/// a break when the server changes the length of its cycles.
+std::unique_ptr<ChildProcess> startMicrophone(PrivateSession &session, int rate,
+                                              const std::vector<std::string> &channels);
+
 /// Starts another process that is the default source, with a mono port, and never delivers a single buffer.
 std::unique_ptr<ChildProcess> startDeadMicrophone(PrivateSession &session);
 

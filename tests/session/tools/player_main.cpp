@@ -1,7 +1,9 @@
 #include "tests/session/tools/feeder.h"
 #include "tests/session/tools/stream_player.h"
 
+#include <chrono>
 #include <csignal>
+#include <deque>
 #include <iostream>
 #include <optional>
 #include <pipewire/pipewire.h>
@@ -11,6 +13,25 @@ using namespace tolvenary::session;
 namespace
 {
 
+/// Some go as soon as they have come, some while they are being linked, some after a few cycles.
+void visit(const PlayerOptions &options)
+{
+    pw_loop *loop = pw_loop_new(nullptr);
+    pw_loop_enter(loop);
+    int heard = 0;
+    for (int visit = 0; visit < options.visits; ++visit) {
+        const StreamPlayer player(loop, options);
+        const int blocks = visit % 3;
+        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(5);
+        while (player.blocksPlayed() < blocks && std::chrono::steady_clock::now() < end)
+            pw_loop_iterate(loop, 5);
+        heard += player.blocksPlayed() >= blocks ? 1 : 0;
+    }
+    pw_loop_leave(loop);
+    pw_loop_destroy(loop);
+    std::cout << heard << " of " << options.visits << " visits" << std::endl;
+}
+
 void play(const PlayerOptions &options)
 {
     pw_main_loop *loop = pw_main_loop_new(nullptr);
@@ -19,11 +40,18 @@ void play(const PlayerOptions &options)
     pw_loop_add_signal(pw_main_loop_get_loop(loop), SIGINT, quit, loop);
     {
         std::optional<Feeder> feeder;
-        std::optional<StreamPlayer> player;
+        std::deque<StreamPlayer> players;
+        // Before anybody makes a thread, which would not know that the signal is to be held back.
+        const auto change = [](void *data, int /*signal*/) {
+            for (StreamPlayer &player : *static_cast<std::deque<StreamPlayer> *>(data))
+                player.changeFormat();
+        };
+        pw_loop_add_signal(pw_main_loop_get_loop(loop), SIGUSR1, change, &players);
         if (options.feed)
             feeder.emplace(pw_main_loop_get_loop(loop), options);
         else
-            player.emplace(pw_main_loop_get_loop(loop), options);
+            for (int i = 0; i < options.streams; ++i)
+                players.emplace_back(pw_main_loop_get_loop(loop), options);
         pw_main_loop_run(loop);
     }
     pw_main_loop_destroy(loop);
@@ -31,13 +59,16 @@ void play(const PlayerOptions &options)
 
 } // namespace
 
-/// Plays until it is told to end.
+/// Plays until it is told to end; goes on in another format at SIGUSR1.
 int main(int argc, char **argv)
 {
     pw_init(&argc, &argv);
     try {
         const PlayerOptions options = PlayerOptions::parse({argv + 1, argv + argc});
-        play(options);
+        if (options.visits > 0)
+            visit(options);
+        else
+            play(options);
     } catch (const std::exception &error) {
         std::cerr << error.what() << '\n';
         return 1;

@@ -16,10 +16,18 @@ PlayerOptions PlayerOptions::parse(const std::vector<std::string> &arguments)
             options.application = arguments.at(++i);
         else if (word == "--rate")
             options.rate = std::stoi(arguments.at(++i));
+        else if (word == "--streams")
+            options.streams = std::stoi(arguments.at(++i));
+        else if (word == "--visits")
+            options.visits = std::stoi(arguments.at(++i));
         else if (word == "--feed")
             options.feed = true;
+        else if (word == "--source")
+            options.source = true;
         else if (word == "--withhold")
-            options.withhold = true;
+            options.source = options.withhold = true;
+        else if (word == "--die")
+            options.die = true;
         else if (word == "--keep-channels")
             options.keepChannels = true;
         else if (const auto equals = word.find('='); equals != std::string::npos) {

@@ -1,0 +1,246 @@
+// What one application more costs in each cycle: processor time of our process and of the sound server, beside the same
+// links into pw-loopback. Rounds are interleaved; what counts is the ratio of the slopes.
+// applications_bench PROGRAM PLAYER [ROUNDS]
+
+#include "bench/median.h"
+#include "tests/session/support/sound_players.h"
+#include "tests/session/support/virtual_devices.h"
+#include "tests/session/support/wait_until.h"
+
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <set>
+#include <stdexcept>
+#include <thread>
+#include <utility>
+
+namespace
+{
+
+using namespace std::chrono_literals;
+using namespace tolvenary::session;
+using namespace tolvenary::bench;
+
+constexpr std::array counts = {1, 10, 100, 200};
+constexpr int mostLinksOfAPort = 100; // the server adds up 128 at one; beyond, another loopback takes over
+constexpr auto measured = 4s;
+constexpr double cyclesMeasured = 4.0 * 48000 / 1024;
+
+/// Microseconds of processor time that all threads of a process have used so far, from the scheduler's own count.
+double processorMicroseconds(pid_t process)
+{
+    double sum = 0;
+    for (const auto &task : std::filesystem::directory_iterator("/proc/" + std::to_string(process) + "/task")) {
+        double nanoseconds = 0;
+        std::ifstream(task.path() / "schedstat") >> nanoseconds;
+        sum += nanoseconds / 1000;
+    }
+    return sum;
+}
+
+struct Cost {
+    double process = 0; ///< microseconds a cycle
+    double server = 0;
+};
+
+/// Where hundreds have just come, the session manager goes on linking for many seconds.
+void awaitQuiet(const PrivateSession &session)
+{
+    double before = 0;
+    waitUntil(
+        [&] {
+            const double begin = processorMicroseconds(session.soundServer());
+            std::this_thread::sleep_for(2s);
+            const double now = processorMicroseconds(session.soundServer()) - begin;
+            return std::abs(now - std::exchange(before, now)) < 0.1 * now;
+        },
+        90s);
+}
+
+Cost measure(const PrivateSession &session, const std::vector<pid_t> &processes)
+{
+    awaitQuiet(session);
+    const auto all = [&] {
+        double sum = 0;
+        for (const pid_t process : processes)
+            sum += processorMicroseconds(process);
+        return sum;
+    };
+    const double process = all();
+    const double server = processorMicroseconds(session.soundServer());
+    std::this_thread::sleep_for(measured);
+    return {(all() - process) / cyclesMeasured,
+            (processorMicroseconds(session.soundServer()) - server) / cyclesMeasured};
+}
+
+/// Output ports of the many, as node ids and port ids; those of one node behind each other.
+std::map<std::uint32_t, std::vector<std::uint32_t>> portsOfMany(const SoundGraph &graph)
+{
+    std::map<std::uint32_t, std::vector<std::uint32_t>> ports;
+    for (const GraphNode &node : graph.nodes) {
+        if (node.name != "one-of-many")
+            continue;
+        for (const GraphPort &port : graph.portsOf(node.id))
+            if (!port.isInput)
+                ports[node.id].push_back(port.id);
+    }
+    return ports;
+}
+
+std::unique_ptr<ChildProcess> playMany(PrivateSession &session, const std::string &player, int count)
+{
+    auto many = session.start(
+        {player, "--name", "one-of-many", "--streams", std::to_string(count), "FL=steady:0.001", "FR=steady:0.001"});
+    const auto areThere = [&](const SoundGraph &graph) {
+        const auto ports = portsOfMany(graph);
+        return ports.size() == static_cast<std::size_t>(count) &&
+               std::ranges::all_of(ports, [](const auto &entry) { return entry.second.size() == 2; });
+    };
+    if (!session.waitForGraph(areThere, 60s))
+        throw std::runtime_error("not all play: " + many->output());
+    return many;
+}
+
+/// Waits until that many of the streams' ports play into nodes of these names' beginning.
+void awaitLinks(PrivateSession &session, const std::string &into, int count)
+{
+    const auto areLinked = [&](const SoundGraph &graph) {
+        std::set<std::uint32_t> targets;
+        for (const GraphNode &node : graph.nodes)
+            if (node.name.starts_with(into))
+                targets.insert(node.id);
+        std::set<std::uint32_t> players;
+        for (const auto &[node, ports] : portsOfMany(graph))
+            players.insert(node);
+        const auto linked = std::ranges::count_if(graph.links, [&](const GraphLink &link) {
+            return targets.contains(link.inputNode) && players.contains(link.outputNode);
+        });
+        return linked >= 2L * count;
+    };
+    if (!session.waitForGraph(areLinked, 60s))
+        throw std::runtime_error("not all are linked into " + into);
+}
+
+Cost measureOurs(PrivateSession &session, const std::string &program, pid_t pick, int count)
+{
+    const auto runner = session.start({program, std::to_string(pick)});
+    awaitLinks(session, "com.tolvenary.tap", count);
+    return measure(session, {runner->pid()});
+}
+
+Cost measurePeer(PrivateSession &session, int count)
+{
+    std::vector<std::unique_ptr<ChildProcess>> peers;
+    std::vector<pid_t> processes;
+    const int needed = (count + mostLinksOfAPort - 1) / mostLinksOfAPort;
+    for (int i = 0; i < needed; ++i) {
+        const std::string name = "peer-" + std::to_string(i);
+        peers.push_back(
+            session.start({"pw-loopback", "--capture-props={ node.name=" + name + " node.autoconnect=false }",
+                           "--playback-props={ node.name=" + name + "-out target.object=blackhole_2ch }"}));
+        processes.push_back(peers.back()->pid());
+        session.waitForGraph([&](const SoundGraph &graph) { return graph.port(name + ":input_FR") != nullptr; });
+    }
+    const SoundGraph graph = SoundGraph::read();
+    int index = 0;
+    for (const auto &[node, ports] : portsOfMany(graph)) {
+        const std::string name = "peer-" + std::to_string(index++ / mostLinksOfAPort);
+        for (std::size_t side = 0; side < ports.size(); ++side)
+            runToEnd({"pw-link", std::to_string(ports[side]),
+                      std::to_string(graph.port(name + (side == 0 ? ":input_FL" : ":input_FR"))->id)});
+    }
+    awaitLinks(session, "peer-", count);
+    return measure(session, processes);
+}
+
+/// Microseconds that each application adds, by least squares over the counts.
+double slope(const std::vector<double> &costs)
+{
+    double x = 0;
+    double y = 0;
+    double xx = 0;
+    double xy = 0;
+    for (std::size_t i = 0; i < costs.size(); ++i) {
+        x += counts[i];
+        y += costs[i];
+        xx += static_cast<double>(counts[i]) * counts[i];
+        xy += counts[i] * costs[i];
+    }
+    const auto n = static_cast<double>(costs.size());
+    return (n * xy - x * y) / (n * xx - x * x);
+}
+
+struct Slopes {
+    std::vector<double> process;
+    std::vector<double> server;
+
+    void add(const std::vector<Cost> &costs)
+    {
+        std::vector<double> ofProcess;
+        std::vector<double> ofServer;
+        for (const Cost &cost : costs) {
+            ofProcess.push_back(cost.process);
+            ofServer.push_back(cost.server);
+        }
+        process.push_back(slope(ofProcess));
+        server.push_back(slope(ofServer));
+    }
+};
+
+void printRatio(const char *what, const std::vector<double> &ours, const std::vector<double> &peer)
+{
+    std::vector<double> ratios;
+    for (std::size_t i = 0; i < ours.size(); ++i)
+        ratios.push_back(ours[i] / peer[i]);
+    const Spread ratio = spread(ratios);
+    std::printf("one application more, %-8s %.3f µs a cycle, pw-loopback %.3f: ratio %.2f (%.2f to %.2f)\n", what,
+                spread(ours).median, spread(peer).median, ratio.median, ratio.least, ratio.most);
+}
+
+void run(const std::string &program, const std::string &player, int rounds)
+{
+    PrivateSession session;
+    session.environment().set("PIPEWIRE_CONFIG_NAME", "client-rt.conf");
+    const auto device = makeBlackHole(session, DeviceKind::nullSink);
+    const auto microphone = makeMicrophone(session);
+    const auto voice = speakInto(session, "microphone", {"MONO=steady:0.25"});
+    Slopes ours;
+    Slopes peer;
+    for (int round = 0; round < rounds; ++round) {
+        std::vector<Cost> costsOfOurs;
+        std::vector<Cost> costsOfPeer;
+        for (const int count : counts) {
+            const auto many = playMany(session, player, count);
+            costsOfOurs.push_back(measureOurs(session, program, many->pid(), count));
+            costsOfPeer.push_back(measurePeer(session, count));
+            std::printf("%3d applications: ours %7.1f µs a cycle, server %7.1f; pw-loopback %7.1f, server %7.1f\n",
+                        count, costsOfOurs.back().process, costsOfOurs.back().server, costsOfPeer.back().process,
+                        costsOfPeer.back().server);
+            std::fflush(stdout);
+        }
+        ours.add(costsOfOurs);
+        peer.add(costsOfPeer);
+    }
+    printRatio("process", ours.process, peer.process);
+    printRatio("server", ours.server, peer.server);
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    if (argc < 3) {
+        std::fprintf(stderr, "usage: %s PROGRAM PLAYER [ROUNDS]\n", argv[0]);
+        return 2;
+    }
+    try {
+        run(argv[1], argv[2], argc > 3 ? std::atoi(argv[3]) : 3);
+    } catch (const std::exception &error) {
+        std::fprintf(stderr, "%s\n", error.what());
+        return 1;
+    }
+}

@@ -1,10 +1,12 @@
 #include "app/linux_platform.h"
 #include "app/quit_signals.h"
+#include "app/renderer.h"
 #include "app/start_failures.h"
 #include "app/tolvenary_app.h"
 
 #include <QGuiApplication>
 #include <QIcon>
+#include <QQuickWindow>
 
 #include <cstdlib>
 
@@ -17,6 +19,9 @@ int main(int, char **arguments)
     QGuiApplication::setApplicationName(QStringLiteral("Tolvenary"));
     QGuiApplication::setDesktopFileName(QStringLiteral("com.tolvenary.app"));
     QGuiApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("com.tolvenary.app")));
+
+    if (tolvenary::wantsSoftwareRenderer())
+        QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
 
     tolvenary::LinuxPlatform platform;
     tolvenary::TolvenaryApp app(platform);

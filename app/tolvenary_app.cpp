@@ -11,6 +11,7 @@
 
 #include <QPointer>
 #include <QQuickWindow>
+#include <QSurfaceFormat>
 #include <QtQml/QQmlExtensionPlugin>
 
 Q_IMPORT_QML_PLUGIN(TolvenaryPlugin)
@@ -34,6 +35,12 @@ bool TolvenaryApp::show()
 {
     const bool blended = isBlendedByCompositor();
     QQuickWindow::setDefaultAlphaBuffer(blended);
+    if (blended) {
+        // The software renderer asks for no more than the default.
+        QSurfaceFormat format = QSurfaceFormat::defaultFormat();
+        format.setAlphaBufferSize(8);
+        QSurfaceFormat::setDefaultFormat(format);
+    }
     m_engine.setInitialProperties({{QStringLiteral("coordinator"), QVariant::fromValue(&m_coordinator)},
                                    {QStringLiteral("actions"), QVariant::fromValue(&m_actions)},
                                    {QStringLiteral("blended"), blended}});

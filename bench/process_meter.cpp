@@ -28,6 +28,19 @@ std::vector<std::filesystem::path> tasksOf(pid_t process)
     return tasks;
 }
 
+double rollupMegabytes(pid_t process, const char *field)
+{
+    std::ifstream rollup = open(process, "smaps_rollup");
+    std::string word;
+    double kilobytes = std::numeric_limits<double>::quiet_NaN();
+    while (rollup >> word)
+        if (word == field) {
+            rollup >> kilobytes;
+            break;
+        }
+    return kilobytes / 1024;
+}
+
 } // namespace
 
 double scheduledSeconds(pid_t process)
@@ -74,15 +87,12 @@ double processorSeconds(pid_t process)
 
 double memoryMegabytes(pid_t process)
 {
-    std::ifstream rollup = open(process, "smaps_rollup");
-    std::string word;
-    double kilobytes = std::numeric_limits<double>::quiet_NaN();
-    while (rollup >> word)
-        if (word == "Pss:") {
-            rollup >> kilobytes;
-            break;
-        }
-    return kilobytes / 1024;
+    return rollupMegabytes(process, "Pss:");
+}
+
+double residentMegabytes(pid_t process)
+{
+    return rollupMegabytes(process, "Rss:");
 }
 
 } // namespace tolvenary::bench

@@ -19,4 +19,7 @@ double wakeUps(pid_t process);
 /// others, in megabytes.
 double memoryMegabytes(pid_t process);
 
+/// All that it has in memory, what it shares counted in full, in megabytes.
+double residentMegabytes(pid_t process);
+
 } // namespace tolvenary::bench

@@ -20,7 +20,7 @@ ProcessAudioTap::OnBuffer MixCoordinator::appBufferCallback() const
 QCoro::Task<Result<void>> MixCoordinator::startAppCapture(SCRunningApplication)
 {
     const std::array ownPID{m_platform.processInfo().processIdentifier()};
-    auto tap = ProcessAudioTap::create(m_platform, m_pool, ownPID, m_mixFormat, appBufferCallback());
+    auto tap = ProcessAudioTap::create(m_platform, pool(), ownPID, m_mixFormat, appBufferCallback());
     if (!tap)
         co_return Result<void>(tl::unexpected(tap.error()));
     const Result<void> started = (*tap)->start();

@@ -41,7 +41,7 @@ Result<void> MixCoordinator::setupCaptureEngine()
                                 "No microphone input available. Set the system default input to your mic.");
 
     input.installTapOnBus(0, tapFrames, *format,
-                          MicrophoneTap{m_feed, &m_pool, m_mixFormat, AVAudioConverter::make(*format, m_mixFormat)});
+                          MicrophoneTap{m_feed, &pool(), m_mixFormat, AVAudioConverter::make(*format, m_mixFormat)});
 
     // An input runs only while something takes what it delivers; the tap does the work.
     AVAudioNode &sink = m_captureEngine.attachNode(std::make_shared<AVAudioSinkNode>(

@@ -36,7 +36,6 @@ MixCoordinator::MixCoordinator(Platform &platform, QObject *parent)
       m_status(QStringLiteral("Idle")),
       m_mixFormat(makeMixFormat()),
       m_counters(std::make_shared<FrameCounters>()),
-      m_pool(poolSlots, poolSlotBytes),
       m_feed(std::make_shared<MixFeed>(m_counters)),
       m_outputEngine(platform.audioUnits()),
       m_captureEngine(platform.audioUnits())
@@ -44,6 +43,11 @@ MixCoordinator::MixCoordinator(Platform &platform, QObject *parent)
 }
 
 MixCoordinator::~MixCoordinator() = default;
+
+AVAudioPCMBufferPool &MixCoordinator::pool()
+{
+    return m_pool ? *m_pool : m_pool.emplace(poolSlots, poolSlotBytes);
+}
 
 void MixCoordinator::teardown()
 {

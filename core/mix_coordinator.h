@@ -139,6 +139,7 @@ class MixCoordinator : public QObject
     QCoro::Task<Result<void>> ensureMicPermission();
     Result<void> ensureScreenRecordingPermission();
     Result<void> setupOutputEngine(AudioObjectID deviceID);
+    AVAudioPCMBufferPool &pool();
     Result<void> setupCaptureEngine();
     QCoro::Task<Result<void>> startAppCapture(SCRunningApplication app);
     ProcessAudioTap::OnBuffer appBufferCallback() const;
@@ -174,7 +175,7 @@ class MixCoordinator : public QObject
 
     // Destroyed from the last to the first, each stopping its own callbacks: the sources before the output that plays
     // them, all of them before the players they feed, and the pool behind every buffer.
-    AVAudioPCMBufferPool m_pool;
+    std::optional<AVAudioPCMBufferPool> m_pool; ///< made by the first start: megabytes that a window alone needs not
     const std::shared_ptr<MixFeed> m_feed;
     std::shared_ptr<AVAudioMixerNode> m_micMixer;
     std::shared_ptr<AVAudioMixerNode> m_appMixer;

@@ -11,7 +11,7 @@ namespace tolvenary
 
 std::shared_ptr<AppStreamOutput> MixCoordinator::makeStreamOutput()
 {
-    return std::make_shared<AppStreamOutput>(m_pool, m_mixFormat, appBufferCallback());
+    return std::make_shared<AppStreamOutput>(pool(), m_mixFormat, appBufferCallback());
 }
 
 void MixCoordinator::setStream(std::unique_ptr<SCStream> stream, std::shared_ptr<AppStreamOutput> streamOutput,

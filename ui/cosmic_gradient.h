@@ -31,6 +31,7 @@ class CosmicGradient : public tolvenary::CrispItem
 
   protected:
     void paint(QPainter &painter) const override;
+    bool isOpaque() const override { return m_cornerRadius <= 0; }
 
   private:
     QVariantList m_base;

@@ -58,7 +58,8 @@ QSGNode *CrispItem::updatePaintNode(QSGNode *node, UpdatePaintNodeData *)
         m_dirty = true;
     }
     if (m_dirty || wanted != m_drawn) {
-        image->setTexture(window()->createTextureFromImage(draw(wanted), QQuickWindow::TextureHasAlphaChannel));
+        image->setTexture(window()->createTextureFromImage(
+            draw(wanted), isOpaque() ? QQuickWindow::TextureIsOpaque : QQuickWindow::TextureHasAlphaChannel));
         const QMarginsF around(QMargins(wanted.margin, wanted.margin, wanted.margin, wanted.margin));
         const QRectF pixels = QRectF(QPointF(), wanted.box).marginsAdded(around);
         image->setRect(QRectF(pixels.topLeft() / wanted.scale + wanted.shift, pixels.size() / wanted.scale));
@@ -80,8 +81,9 @@ CrispItem::Placement CrispItem::placement() const
 QImage CrispItem::draw(const Placement &placement) const
 {
     const QSize margins(2 * placement.margin, 2 * placement.margin);
-    QImage image(placement.box + margins, QImage::Format_ARGB32_Premultiplied);
-    image.fill(Qt::transparent);
+    QImage image(placement.box + margins, isOpaque() ? QImage::Format_RGB32 : QImage::Format_ARGB32_Premultiplied);
+    if (!isOpaque())
+        image.fill(Qt::transparent);
     QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.translate(placement.margin, placement.margin);

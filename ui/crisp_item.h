@@ -27,6 +27,9 @@ class CrispItem : public QQuickItem
     /// How far the drawing reaches outside the box, in points.
     virtual qreal bleed() const { return 0; }
 
+    /// Whether the drawing leaves no pixel of the box clear: what lies behind it is then not drawn at all.
+    virtual bool isOpaque() const { return false; }
+
     /// What the subclass calls when one of its own properties changed.
     void repaint();
 

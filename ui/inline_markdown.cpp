@@ -1,6 +1,6 @@
 #include "ui/inline_markdown.h"
 
-#include <QRegularExpression>
+#include <QStringView>
 
 namespace tolvenary
 {
@@ -14,19 +14,44 @@ void append(std::vector<MarkdownSpan> &spans, MarkdownSpan::Look look, const QSt
         spans.push_back({look, QString(text).replace(QStringLiteral("%1"), argument)});
 }
 
+/// What stands between two equal marks, and where the second one ends; -1 where no pair with something in it begins.
+struct Marked {
+    MarkdownSpan::Look look = MarkdownSpan::Look::plain;
+    QString text = {};
+    qsizetype end = -1;
+};
+
+Marked markedAt(const QString &markdown, qsizetype begin)
+{
+    const bool strong = QStringView(markdown).mid(begin).startsWith(u"**");
+    if (!strong && markdown[begin] != u'`')
+        return {};
+    const QStringView mark = strong ? QStringView(u"**") : QStringView(u"`");
+    const qsizetype first = begin + mark.size();
+    const qsizetype last = markdown.indexOf(mark, first + 1);
+    if (last < 0)
+        return {};
+    return {strong ? MarkdownSpan::Look::strong : MarkdownSpan::Look::code, markdown.mid(first, last - first),
+            last + mark.size()};
+}
+
 } // namespace
 
-// The argument goes in when the marks are gone, so nothing in it is ever taken for one.
+// The argument goes in when the marks are gone, so nothing in it is ever taken for one. Read by hand: a regular
+// expression would be compiled, and its library brought into memory, for two short texts.
 std::vector<MarkdownSpan> parseInlineMarkdown(const QString &markdown, const QString &argument)
 {
-    static const QRegularExpression marked(QStringLiteral("\\*\\*(.+?)\\*\\*|`(.+?)`"));
     std::vector<MarkdownSpan> spans;
     qsizetype done = 0;
-    for (const QRegularExpressionMatch &match : marked.globalMatch(markdown)) {
-        append(spans, MarkdownSpan::Look::plain, markdown.mid(done, match.capturedStart() - done), argument);
-        append(spans, MarkdownSpan::Look::strong, match.captured(1), argument);
-        append(spans, MarkdownSpan::Look::code, match.captured(2), argument);
-        done = match.capturedEnd();
+    for (qsizetype at = 0; at < markdown.size();) {
+        const Marked marked = markedAt(markdown, at);
+        if (marked.end < 0) {
+            ++at;
+            continue;
+        }
+        append(spans, MarkdownSpan::Look::plain, markdown.mid(done, at - done), argument);
+        append(spans, marked.look, marked.text, argument);
+        at = done = marked.end;
     }
     append(spans, MarkdownSpan::Look::plain, markdown.mid(done), argument);
     return spans;

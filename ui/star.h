@@ -16,6 +16,8 @@ struct Star {
     double y = 0;
     double r = 0;
     double a = 0;
+
+    friend bool operator==(const Star &, const Star &) = default;
 };
 
 /// The rhythm of one star's pulse, in seconds.

@@ -102,7 +102,7 @@ QSGNode *StarField::updatePaintNode(QSGNode *node, UpdatePaintNodeData *)
     const StarPicture picture{m_stars, opacities(), size(), window()->effectiveDevicePixelRatio()};
     // The software renderer knows no geometry.
     const bool software = window()->rendererInterface()->graphicsApi() == QSGRendererInterface::Software;
-    return software ? updateStarImage(node, picture, *window()) : updateStarGeometry(node, picture);
+    return software ? updateStarSprites(node, picture, *window()) : updateStarGeometry(node, picture);
 }
 
 void StarField::updatePulsing()

@@ -1,9 +1,6 @@
 #include "ui/star_nodes.h"
 
-#include <QPainter>
-#include <QQuickWindow>
 #include <QSGGeometryNode>
-#include <QSGImageNode>
 #include <QSGVertexColorMaterial>
 #include <QtMath>
 
@@ -89,32 +86,6 @@ QSGNode *updateStarGeometry(QSGNode *node, const StarPicture &picture)
     for (std::size_t i = 0; i < picture.stars.size(); ++i, vertex += verticesPerStar)
         placeStar(vertex, picture.stars[i], picture.opacities[i], picture);
     stars->markDirty(QSGNode::DirtyGeometry);
-    return stars;
-}
-
-QSGNode *updateStarImage(QSGNode *node, const StarPicture &picture, QQuickWindow &window)
-{
-    QImage image((picture.size * picture.scale).toSize(), QImage::Format_ARGB32_Premultiplied);
-    image.fill(Qt::transparent);
-    QPainter painter(&image);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.scale(picture.scale, picture.scale);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(Qt::white);
-    for (std::size_t i = 0; i < picture.stars.size(); ++i) {
-        const Star &star = picture.stars[i];
-        painter.setOpacity(picture.opacities[i]);
-        painter.drawEllipse(QPointF(star.x * picture.size.width(), star.y * picture.size.height()), star.r, star.r);
-    }
-    painter.end();
-
-    auto *stars = static_cast<QSGImageNode *>(node);
-    if (!stars) {
-        stars = window.createImageNode();
-        stars->setOwnsTexture(true);
-    }
-    stars->setTexture(window.createTextureFromImage(image, QQuickWindow::TextureHasAlphaChannel));
-    stars->setRect(QRectF(QPointF(), picture.size));
     return stars;
 }
 

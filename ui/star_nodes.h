@@ -22,7 +22,7 @@ struct StarPicture {
 /// frame's. Thread: the scene graph's, while the main thread waits.
 QSGNode *updateStarGeometry(QSGNode *node, const StarPicture &picture);
 
-/// The same picture as one painted image, for renderers without geometry.
-QSGNode *updateStarImage(QSGNode *node, const StarPicture &picture, QQuickWindow &window);
+/// The same picture for the renderer that knows no geometry: a sprite a star, made anew only when the field changes.
+QSGNode *updateStarSprites(QSGNode *node, const StarPicture &picture, QQuickWindow &window);
 
 } // namespace tolvenary

@@ -43,7 +43,7 @@ bool isAddress(const std::string &line)
 
 } // namespace
 
-PrivateScreen::PrivateScreen()
+PrivateScreen::PrivateScreen(bool withGL)
 {
     m_bus = start({"dbus-daemon", "--session", "--nofork", "--nopidfile", "--print-address=1"});
     const std::string address = awaitLine(*m_bus, isAddress);
@@ -52,7 +52,10 @@ PrivateScreen::PrivateScreen()
     m_server = start({"Xvfb", "-displayfd", "1", "-screen", "0", "1280x1000x24", "-nocursor", "-nolisten", "tcp"});
     m_environment.set("DISPLAY", ":" + awaitLine(*m_server, isNumber));
     m_environment.set("QT_QPA_PLATFORM", "xcb");
-    m_environment.set("QT_QUICK_BACKEND", "software");
+    if (withGL)
+        m_environment.set("QSG_RHI_BACKEND", "opengl");
+    else
+        m_environment.set("QT_QUICK_BACKEND", "software");
 }
 
 void PrivateScreen::bringAssistiveTools()

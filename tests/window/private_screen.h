@@ -14,7 +14,8 @@ class PrivateScreen
 {
   public:
     /// Throws std::runtime_error when there is no display, or no bus.
-    PrivateScreen();
+    /// Windows on it are drawn by the software renderer, or with GL.
+    explicit PrivateScreen(bool withGL);
 
     /// Lets the application believe that assistive tools listen. To be called when there is one.
     void bringAssistiveTools();

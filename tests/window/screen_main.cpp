@@ -4,7 +4,9 @@
 #include <QGuiApplication>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <optional>
+#include <string_view>
 
 namespace
 {
@@ -13,11 +15,16 @@ namespace
 class OnScreen : public testing::Environment
 {
   public:
-    OnScreen(int &count, char **arguments) : m_count(count), m_arguments(arguments) {}
+    OnScreen(int &count, char **arguments)
+        : m_withGL(std::any_of(arguments, arguments + count, [](std::string_view one) { return one == "--gl"; })),
+          m_count(count),
+          m_arguments(arguments)
+    {
+    }
 
     void SetUp() override
     {
-        m_screen.emplace();
+        m_screen.emplace(m_withGL);
         m_screen->manageWindows();
         m_application.emplace(m_count, m_arguments);
         m_screen->bringAssistiveTools();
@@ -29,6 +36,7 @@ class OnScreen : public testing::Environment
     }
 
   private:
+    bool m_withGL;
     int &m_count;
     char **m_arguments;
     std::optional<tolvenary::test::PrivateScreen> m_screen;
@@ -37,7 +45,7 @@ class OnScreen : public testing::Environment
 
 } // namespace
 
-// Windows on a real display, in a session that nobody looks at.
+// Windows on a real display, in a session that nobody looks at; with "--gl" drawn with GL.
 int main(int argc, char **argv)
 {
     testing::InitGoogleTest(&argc, argv);

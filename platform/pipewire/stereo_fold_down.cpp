@@ -11,7 +11,7 @@ namespace tolvenary
 namespace
 {
 
-enum Port : std::size_t { left, right, center, surroundLeft, surroundRight, count };
+enum Speaker : std::size_t { frontLeft, frontRight, center, surroundLeft, surroundRight, count };
 
 constexpr float minus3Decibel = std::numbers::sqrt2_v<float> / 2;
 
@@ -19,9 +19,9 @@ constexpr float minus3Decibel = std::numbers::sqrt2_v<float> / 2;
 
 std::vector<PortSpec> StereoFoldDown::ports()
 {
-    std::vector<PortSpec> specs(Port::count);
-    specs[left].name = port_names::left;
-    specs[right].name = port_names::right;
+    std::vector<PortSpec> specs(Speaker::count);
+    specs[frontLeft].name = port_names::left;
+    specs[frontRight].name = port_names::right;
     specs[center].name = port_names::center;
     specs[surroundLeft].name = port_names::surroundLeft;
     specs[surroundRight].name = port_names::surroundRight;
@@ -37,11 +37,11 @@ StereoFoldDown::StereoFoldDown() : m_silence(FilterNode::maxFrames)
 std::span<const float *const> StereoFoldDown::fold(const Cycle &cycle)
 {
     bool hasSound = false;
-    for (std::size_t port = 0; port < Port::count; ++port)
+    for (std::size_t port = 0; port < Speaker::count; ++port)
         hasSound = hasSound || cycle.input(port) != nullptr;
     if (!hasSound)
         return {};
-    m_channels = {side(cycle, left, surroundLeft, m_mix[0]), side(cycle, right, surroundRight, m_mix[1])};
+    m_channels = {side(cycle, frontLeft, surroundLeft, m_mix[0]), side(cycle, frontRight, surroundRight, m_mix[1])};
     return m_channels;
 }
 

@@ -1,6 +1,12 @@
 # The rules every target keeps: warnings are errors, and the sanitizers asked for.
 add_library(tolvenary_rules INTERFACE)
 target_compile_options(tolvenary_rules INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Werror)
+# Qt's lower-case macros get in the way of other libraries' headers (GLib has a field "signals").
+target_compile_definitions(tolvenary_rules INTERFACE QT_NO_KEYWORDS)
+# Sources that are compiled together keep what is private to one of them all the same.
+target_compile_options(
+  tolvenary_rules INTERFACE $<$<AND:$<CXX_COMPILER_ID:GNU>,$<BOOL:$<TARGET_PROPERTY:UNITY_BUILD>>>:-Wno-subobject-linkage>
+)
 if(TOLVENARY_SANITIZE)
   # What they find ends the program: a message alone would pass for success.
   target_compile_options(

@@ -98,7 +98,7 @@ class MixCoordinator : public QObject
     QVariant selectedBlackHoleRow() const;
     void setSelectedBlackHoleRow(const QVariant &row);
 
-  signals:
+  Q_SIGNALS:
     void objectWillChange();
     void availableAppsChanged();
     void selectedAppIDChanged();

@@ -43,7 +43,7 @@ void FakeSound::setDevice(bool there)
         device.uid = "blackhole_2ch";
         devices.push_back(device);
     }
-    emit changed();
+    Q_EMIT changed();
 }
 
 bool FakeSound::hasPermission() const
@@ -55,7 +55,7 @@ void FakeSound::setPermission(bool granted)
 {
     m_platform.screenCaptureAccess().preflight = granted;
     m_platform.screenCaptureAccess().request = granted;
-    emit changed();
+    Q_EMIT changed();
 }
 
 void FakeSound::pass()
@@ -67,7 +67,7 @@ void FakeSound::pass()
     m_peak = 0;
     for (; m_owed > frames / rate; m_owed -= frames / rate)
         cycle();
-    emit heard();
+    Q_EMIT heard();
 }
 
 /// The captures first, as in the graph.

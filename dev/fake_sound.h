@@ -37,7 +37,7 @@ class FakeSound : public QObject
     void setPermission(bool granted);
     qreal peak() const { return m_peak; }
 
-  signals:
+  Q_SIGNALS:
     void changed();
     void heard();
 

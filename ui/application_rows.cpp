@@ -28,14 +28,14 @@ void ApplicationRows::setPlaceholder(const QString &placeholder)
     if (placeholder == m_placeholder)
         return;
     m_placeholder = placeholder;
-    emit placeholderChanged();
+    Q_EMIT placeholderChanged();
     rebuild();
 }
 
 void ApplicationRows::setApplications(const QVariantList &applications)
 {
     m_applications = applications;
-    emit applicationsChanged();
+    Q_EMIT applicationsChanged();
     rebuild();
 }
 

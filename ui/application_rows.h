@@ -25,7 +25,7 @@ class ApplicationRows : public tolvenary::PickerModel
     QVariantList applications() const { return m_applications; }
     void setApplications(const QVariantList &applications);
 
-  signals:
+  Q_SIGNALS:
     void placeholderChanged();
     void applicationsChanged();
 

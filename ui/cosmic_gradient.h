@@ -26,7 +26,7 @@ class CosmicGradient : public tolvenary::CrispItem
   public:
     explicit CosmicGradient(QQuickItem *parent = nullptr);
 
-  signals:
+  Q_SIGNALS:
     void lookChanged();
 
   protected:

@@ -10,7 +10,7 @@ DeviceRows::DeviceRows(QObject *parent) : PickerModel(parent) {}
 void DeviceRows::setDevices(const QVariantList &devices)
 {
     m_devices = devices;
-    emit devicesChanged();
+    Q_EMIT devicesChanged();
     std::vector<Row> rows;
     for (const QVariant &device : m_devices) {
         const QVariantMap fields = device.toMap();

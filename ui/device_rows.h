@@ -21,7 +21,7 @@ class DeviceRows : public tolvenary::PickerModel
     QVariantList devices() const { return m_devices; }
     void setDevices(const QVariantList &devices);
 
-  signals:
+  Q_SIGNALS:
     void devicesChanged();
 
   protected:

@@ -26,7 +26,7 @@ class GlassShape : public tolvenary::CrispItem
   public:
     explicit GlassShape(QQuickItem *parent = nullptr);
 
-  signals:
+  Q_SIGNALS:
     void lookChanged();
 
   protected:

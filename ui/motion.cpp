@@ -8,7 +8,7 @@ void Motion::setReduced(bool reduced)
     if (reduced == m_reduced)
         return;
     m_reduced = reduced;
-    emit reducedChanged();
+    Q_EMIT reducedChanged();
 }
 
 void Motion::setPaused(bool paused)
@@ -16,7 +16,7 @@ void Motion::setPaused(bool paused)
     if (paused == m_paused)
         return;
     m_paused = paused;
-    emit pausedChanged();
+    Q_EMIT pausedChanged();
 }
 
 } // namespace tolvenary

@@ -26,7 +26,7 @@ class Motion : public QObject
     bool isPaused() const { return m_paused; }
     void setPaused(bool paused);
 
-  signals:
+  Q_SIGNALS:
     void reducedChanged();
     void pausedChanged();
 

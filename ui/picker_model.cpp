@@ -43,7 +43,7 @@ void PickerModel::setSelection(const QVariant &selection)
     if (selection == m_selection)
         return;
     m_selection = selection;
-    emit selectionChanged();
+    Q_EMIT selectionChanged();
     updateSelectedRow();
 }
 
@@ -85,10 +85,10 @@ void PickerModel::takeOver(std::vector<Row> rows)
         if (m_rows[i].text == rows[i].text && m_rows[i].tag == rows[i].tag)
             continue;
         m_rows[i] = rows[i];
-        emit dataChanged(index(static_cast<int>(i)), index(static_cast<int>(i)));
+        Q_EMIT dataChanged(index(static_cast<int>(i)), index(static_cast<int>(i)));
     }
-    emit countChanged();
-    emit textsChanged();
+    Q_EMIT countChanged();
+    Q_EMIT textsChanged();
     updateSelectedRow();
 }
 
@@ -128,9 +128,9 @@ void PickerModel::updateSelectedRow()
     const std::optional<QString> wanted = identityOf(m_selection);
     const auto found = wanted ? std::find_if(m_rows.begin(), m_rows.end(), withIdentity(*wanted)) : m_rows.end();
     m_selectedRow = found == m_rows.end() ? -1 : static_cast<int>(found - m_rows.begin());
-    emit selectedRowChanged();
+    Q_EMIT selectedRowChanged();
     if (!m_rows.empty())
-        emit dataChanged(index(0), index(count() - 1), {ChosenRole});
+        Q_EMIT dataChanged(index(0), index(count() - 1), {ChosenRole});
 }
 
 } // namespace tolvenary

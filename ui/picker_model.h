@@ -54,7 +54,7 @@ class PickerModel : public QAbstractListModel
     /// none.
     Q_INVOKABLE int rowBeginningWith(const QString &typed, int from) const;
 
-  signals:
+  Q_SIGNALS:
     void selectionChanged();
     void selectedRowChanged();
     void countChanged();

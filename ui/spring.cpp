@@ -16,14 +16,14 @@ void Spring::setTarget(qreal target)
         m_placed = true;
         m_target = target;
         settle();
-        emit targetChanged();
+        Q_EMIT targetChanged();
         return;
     }
     const qreal speed = state() == Running ? motionAfter(currentTime() / 1000.0).speed : 0;
     stop();
     m_target = target;
     m_start = {m_value - target, speed};
-    emit targetChanged();
+    Q_EMIT targetChanged();
     start();
 }
 
@@ -36,7 +36,7 @@ void Spring::setRestful(bool restful)
         stop();
         settle();
     }
-    emit restfulChanged();
+    Q_EMIT restfulChanged();
 }
 
 void Spring::updateCurrentTime(int milliseconds)
@@ -50,7 +50,7 @@ void Spring::updateCurrentTime(int milliseconds)
         return;
     }
     m_value = m_target + motion.offset;
-    emit valueChanged();
+    Q_EMIT valueChanged();
 }
 
 Spring::Motion Spring::motionAfter(qreal seconds) const
@@ -68,7 +68,7 @@ Spring::Motion Spring::motionAfter(qreal seconds) const
 void Spring::settle()
 {
     m_value = m_target;
-    emit valueChanged();
+    Q_EMIT valueChanged();
 }
 
 } // namespace tolvenary

@@ -34,7 +34,7 @@ class Spring : public QAbstractAnimation
 
     int duration() const override { return -1; }
 
-  signals:
+  Q_SIGNALS:
     void targetChanged();
     void valueChanged();
     void restfulChanged();

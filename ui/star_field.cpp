@@ -33,7 +33,7 @@ void StarField::setTwinkle(bool twinkle)
         return;
     m_twinkle = twinkle;
     m_seconds = 0;
-    emit twinkleChanged();
+    Q_EMIT twinkleChanged();
     updatePulsing();
 }
 
@@ -42,7 +42,7 @@ void StarField::setRestful(bool restful)
     if (restful == m_restful)
         return;
     m_restful = restful;
-    emit restfulChanged();
+    Q_EMIT restfulChanged();
     updatePulsing();
 }
 

@@ -45,7 +45,7 @@ class StarField : public QQuickItem
     /// Where the middle of a star is, in points.
     QPointF place(const Star &star) const { return {star.x * width(), star.y * height()}; }
 
-  signals:
+  Q_SIGNALS:
     void twinkleChanged();
     void restfulChanged();
     void pausedChanged();

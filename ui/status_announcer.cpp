@@ -20,7 +20,7 @@ void StatusAnnouncer::setStatus(const QString &status)
     if (m_kind && status == m_status)
         return;
     m_status = status;
-    emit statusChanged();
+    Q_EMIT statusChanged();
     const QString kind = kindOfStatus(status);
     const bool isFirst = !m_kind;
     if (std::exchange(m_kind, kind) == kind || isFirst)

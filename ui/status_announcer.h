@@ -30,7 +30,7 @@ class StatusAnnouncer : public QObject
     /// The first status comes with the window, where the toolkit tells of all that shows. An empty one is no news.
     void setStatus(const QString &status);
 
-  signals:
+  Q_SIGNALS:
     void statusChanged();
     void speakerChanged();
 

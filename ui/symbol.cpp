@@ -20,7 +20,7 @@ void Symbol::setName(const QString &name)
     m_name = name;
     const QSizeF box = symbolDrawing(name).box;
     setImplicitSize(box.width(), box.height());
-    emit nameChanged();
+    Q_EMIT nameChanged();
 }
 
 void Symbol::paint(QPainter &painter) const

@@ -23,7 +23,7 @@ class Symbol : public tolvenary::CrispItem
     QString name() const { return m_name; }
     void setName(const QString &name);
 
-  signals:
+  Q_SIGNALS:
     void nameChanged();
     void colorsChanged();
 

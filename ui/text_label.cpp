@@ -81,7 +81,7 @@ void TextLabel::layOut()
     if (m_truncated)
         cutToLines(all);
     setImplicitHeight(std::max(1, lineCount()) * m_face.lineHeight());
-    emit laidOut();
+    Q_EMIT laidOut();
     repaint();
 }
 

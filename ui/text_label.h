@@ -37,7 +37,7 @@ class TextLabel : public tolvenary::CrispItem
     qreal contentWidth() const;
     bool isTruncated() const { return m_truncated; }
 
-  signals:
+  Q_SIGNALS:
     void textChanged();
     void colorChanged();
     void laidOut();

@@ -25,7 +25,7 @@ class TypeAhead : public QObject
     /// True for what is a letter to search by, false for keys that mean something else.
     Q_INVOKABLE bool isLetter(const QString &text) const;
 
-  signals:
+  Q_SIGNALS:
     void modelChanged();
 
   private:

@@ -78,7 +78,7 @@ bool Typography::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::ApplicationFontChange && m_scale != scaleOfUser()) {
         m_scale = scaleOfUser();
-        emit scaleChanged();
+        Q_EMIT scaleChanged();
     }
     return QObject::eventFilter(watched, event);
 }

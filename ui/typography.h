@@ -41,7 +41,7 @@ class Typography : public QObject
     /// 1 up to the largest size that a desktop sets by itself (11 points); above it, as much larger as the user asked.
     qreal scale() const { return m_scale; }
 
-  signals:
+  Q_SIGNALS:
     void scaleChanged();
 
   protected:

@@ -41,7 +41,7 @@ std::vector<std::string> listIn(const KeyFile &file, const char *group, const st
                 : std::vector<std::string>();
 }
 
-bool contains(const std::vector<std::string> &list, const std::string &item)
+bool lists(const std::vector<std::string> &list, const std::string &item)
 {
     return std::find(list.begin(), list.end(), item) != list.end();
 }
@@ -63,7 +63,7 @@ Backends backendsOffering(const std::string &interface, const std::vector<std::s
         for (fs::directory_iterator item(folder, error), end; !error && item != end; item.increment(error)) {
             const auto file =
                 item->path().extension() == ".portal" ? readKeyFile(item->path()) : KeyFile(nullptr, g_key_file_unref);
-            if (!file || !contains(listIn(file, "portal", "Interfaces"), interface))
+            if (!file || !lists(listIn(file, "portal", "Interfaces"), interface))
                 continue;
             const std::unique_ptr<gchar, decltype(&g_free)> busName(
                 g_key_file_get_string(file.get(), "portal", "DBusName", nullptr), g_free);
@@ -106,7 +106,7 @@ const Backend *volunteer(const std::vector<std::string> &desktops, const Backend
 {
     for (const auto &desktop : desktops) {
         for (const auto &[name, backend] : backends) {
-            if (contains(backend.desktops, desktop))
+            if (lists(backend.desktops, desktop))
                 return &backend;
         }
     }
@@ -138,7 +138,7 @@ std::optional<std::string> portalBackendFor(const std::string &interface, const 
     if (const auto configuration = readConfiguration(directories)) {
         const auto wishes = listIn(configuration, "preferred", interface);
         const auto &first = wishes.empty() ? listIn(configuration, "preferred", "default") : wishes;
-        if (contains(first, "none"))
+        if (lists(first, "none"))
             return std::nullopt;
         chosen = firstOf(first, backends);
     }

@@ -19,7 +19,7 @@ namespace
 using namespace std::chrono_literals;
 
 /// So long may the desktop's services keep a user waiting who has pressed Start.
-constexpr auto answerLimit = 1000ms;
+constexpr auto statusLimit = 1000ms;
 
 /// Weak, because a question may stay open when the device that put it is gone.
 using BusAddress = std::weak_ptr<const QString>;
@@ -47,7 +47,7 @@ QCoro::Task<AVAuthorizationStatus> currentStatus(QString busAddress)
 {
     if (isMicrophoneDisabledInSettings())
         co_return AVAuthorizationStatus::restricted;
-    const QDeadlineTimer deadline(answerLimit);
+    const QDeadlineTimer deadline(statusLimit);
     SessionBus bus(busAddress);
     if (!co_await bus.greet(left(deadline)))
         co_return AVAuthorizationStatus::authorized;
@@ -65,14 +65,14 @@ QCoro::Task<bool> ask(QString busAddress)
 {
     const auto backend = backendFor("org.freedesktop.impl.portal.Access");
     SessionBus bus(busAddress);
-    if (backend.isEmpty() || !co_await bus.greet(answerLimit))
+    if (backend.isEmpty() || !co_await bus.greet(statusLimit))
         co_return false;
     const auto answer = co_await askForMicrophone(bus, backend);
     if (answer == AccessAnswer::none)
         co_return false;
     const bool granted = answer == AccessAnswer::granted;
     const PermissionStore store(bus.connection());
-    co_await store.setMicrophonePermission(granted ? QStringLiteral("yes") : QStringLiteral("no"), answerLimit);
+    co_await store.setMicrophonePermission(granted ? QStringLiteral("yes") : QStringLiteral("no"), statusLimit);
     co_return granted;
 }
 

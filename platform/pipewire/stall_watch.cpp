@@ -13,8 +13,8 @@ constexpr std::uint64_t standsStill = 4;
 constexpr std::uint64_t runsAgain = 2;
 constexpr std::uint64_t neverRuns = 40;
 
-constexpr StallWatch::Time firstPause{2};
-constexpr StallWatch::Time longestPause{16};
+constexpr StallWatch::Time firstRest{2};
+constexpr StallWatch::Time longestRest{16};
 
 } // namespace
 
@@ -107,7 +107,7 @@ void StallWatch::judge(const Progress &progress, Time now)
         m_retries.erase(m_onTrial);
         admitNext(progress);
     } else if (hangs) {
-        const Time pause = std::clamp(m_retries[m_onTrial].pause * 2, firstPause, longestPause);
+        const Time pause = std::clamp(m_retries[m_onTrial].pause * 2, firstRest, longestRest);
         m_retries[m_onTrial] = {now + pause, pause};
         m_verdict.heldStreams.insert(m_onTrial);
         m_state = State::emptying;

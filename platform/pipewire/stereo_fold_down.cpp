@@ -14,12 +14,20 @@ namespace
 constexpr std::size_t banks = port_names::lefts.size();
 
 /// Behind them left and right in turns, once for each further bank.
-enum Port : std::size_t { left, right, center, surroundLeft, surroundRight, more, count = more + 2 * (banks - 1) };
+enum Input : std::size_t {
+    frontLeft,
+    frontRight,
+    center,
+    surroundLeft,
+    surroundRight,
+    more,
+    count = more + 2 * (banks - 1)
+};
 
 /// The port of a side that belongs to a bank.
 std::size_t inBank(std::size_t side, std::size_t bank)
 {
-    return bank == 0 ? side : Port::more + 2 * (bank - 1) + side;
+    return bank == 0 ? side : Input::more + 2 * (bank - 1) + side;
 }
 
 constexpr float minus3Decibel = std::numbers::sqrt2_v<float> / 2;
@@ -28,10 +36,10 @@ constexpr float minus3Decibel = std::numbers::sqrt2_v<float> / 2;
 
 std::vector<PortSpec> StereoFoldDown::ports()
 {
-    std::vector<PortSpec> specs(Port::count);
+    std::vector<PortSpec> specs(Input::count);
     for (std::size_t bank = 0; bank < banks; ++bank) {
-        specs[inBank(left, bank)] = {PortDirection::input, port_names::lefts.at(bank), bank == 0};
-        specs[inBank(right, bank)] = {PortDirection::input, port_names::rights.at(bank), bank == 0};
+        specs[inBank(frontLeft, bank)] = {PortDirection::input, port_names::lefts.at(bank), bank == 0};
+        specs[inBank(frontRight, bank)] = {PortDirection::input, port_names::rights.at(bank), bank == 0};
     }
     specs[center].name = port_names::center;
     specs[surroundLeft].name = port_names::surroundLeft;
@@ -48,11 +56,11 @@ StereoFoldDown::StereoFoldDown() : m_silence(FilterNode::maxFrames)
 std::span<const float *const> StereoFoldDown::fold(const Cycle &cycle)
 {
     bool hasSound = false;
-    for (std::size_t port = 0; port < Port::count; ++port)
+    for (std::size_t port = 0; port < Input::count; ++port)
         hasSound = hasSound || cycle.input(port) != nullptr;
     if (!hasSound)
         return {};
-    m_channels = {side(cycle, left, surroundLeft, m_mix[0]), side(cycle, right, surroundRight, m_mix[1])};
+    m_channels = {side(cycle, frontLeft, surroundLeft, m_mix[0]), side(cycle, frontRight, surroundRight, m_mix[1])};
     return m_channels;
 }
 

@@ -1,3 +1,4 @@
+#include "tests/capture/channel_of.h"
 #include "tests/capture/stream_fixture.h"
 
 #include <gmock/gmock.h>
@@ -10,11 +11,6 @@ using testing::IsEmpty;
 
 namespace
 {
-
-std::vector<float> channelOf(const AVAudioPCMBuffer &buffer, std::uint32_t channel)
-{
-    return {buffer.floatChannel(channel), buffer.floatChannel(channel) + buffer.frameLength()};
-}
 
 class AppStreamOutputTest : public StreamTest
 {

@@ -1,3 +1,4 @@
+#include "tests/capture/channel_of.h"
 #include "tests/capture/tap_fixture.h"
 #include "tests/platform/audio/allocation_counter.h"
 
@@ -15,11 +16,6 @@ namespace
 AudioBuffer bufferOf(std::vector<float> &samples, std::uint32_t channels = 1)
 {
     return {channels, static_cast<std::uint32_t>(samples.size() * sizeof(float)), samples.data()};
-}
-
-std::vector<float> channelOf(const AVAudioPCMBuffer &buffer, std::uint32_t channel)
-{
-    return {buffer.floatChannel(channel), buffer.floatChannel(channel) + buffer.frameLength()};
 }
 
 class TapBufferConversionTest : public TapTest

@@ -17,7 +17,7 @@ namespace
 {
 
 /// As a capture converts a block, without room for the test's own conveniences.
-void convertBlock(AVAudioConverter &converter, const AVAudioPCMBuffer &block, AVAudioPCMBuffer &output)
+void convertOnce(AVAudioConverter &converter, const AVAudioPCMBuffer &block, AVAudioPCMBuffer &output)
 {
     const AVAudioPCMBuffer *next = &block;
     converter.convertToBuffer(output, nullptr, [&](std::uint32_t, AVAudioConverterInputStatus &status) {
@@ -68,7 +68,7 @@ TEST(AllocationCounter, itSeesWhatTheResamplerDoes)
     const auto block = makeBuffer(pool, std::vector<float>(4000, 0.0F), standardFormat(44100));
     const auto output = pool.make(standardFormat(), 5000);
     const AllocationCounter counter;
-    convertBlock(*converter, *block, *output);
+    convertOnce(*converter, *block, *output);
     EXPECT_GT(counter.allocations(), 4U)
         << "a longer block than any before: four for our room, the rest the resampler's";
 }
@@ -87,7 +87,7 @@ TEST(Allocations, aConverterMakesNoneFromItsFirstBlockOnWhateverTheBlocks)
                 const auto output = pool.make(pair.to, room);
                 for (const AudioBuffer &buffer : block->mutableAudioBufferList())
                     std::fill_n(static_cast<std::byte *>(buffer.mData), buffer.mDataByteSize, std::byte{0});
-                convertBlock(*converter, *block, *output);
+                convertOnce(*converter, *block, *output);
             }
             EXPECT_EQ(counter.allocations(), 0U) << pair.from.sampleRate() << " to " << pair.to.sampleRate();
             EXPECT_EQ(counter.frees(), 0U) << pair.from.sampleRate() << " to " << pair.to.sampleRate();

@@ -8,7 +8,7 @@ namespace tolvenary
 namespace
 {
 
-const std::vector<DesktopEntry> entries = {
+const std::vector<DesktopEntry> installed = {
     {"browser", "Browser", {{"browser"}, {}, {}}},
     {"browser-mail", "Mail in the Browser", {{"browser"}, {}, {"--app=mail"}}},
     {"browser-private", "Private Browser", {{"browser"}, {}, {"--private", "--quiet"}}},
@@ -19,7 +19,7 @@ const std::vector<DesktopEntry> entries = {
 
 std::string matched(const Process &process)
 {
-    const auto *entry = ApplicationMatcher(entries).entryOf(process);
+    const auto *entry = ApplicationMatcher(installed).entryOf(process);
     return entry ? entry->id : "none";
 }
 
@@ -53,7 +53,7 @@ TEST(ApplicationMatcher, amongEqualEntriesTheFirstIdWins)
 
 TEST(ApplicationMatcher, aUnitBelongsToTheLongestIdThatIsInstalled)
 {
-    const ApplicationMatcher matcher(entries);
+    const ApplicationMatcher matcher(installed);
     const auto *entry = matcher.entryOf(ApplicationUnit{"u", {"gnome-web-browser", "web-browser", "browser"}});
     ASSERT_TRUE(entry);
     EXPECT_EQ(entry->id, "web-browser");

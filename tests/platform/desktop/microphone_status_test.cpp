@@ -18,7 +18,7 @@ namespace
 
 const auto *const application = testing::AddGlobalTestEnvironment(new QtApplication);
 
-constexpr auto us = "com.tolvenary.app";
+constexpr auto ownId = "com.tolvenary.app";
 
 /// What a device of the current environment answers; nothing when it does not, or not just once.
 std::optional<AVAuthorizationStatus> statusOf(AVCaptureDevice &device)
@@ -51,25 +51,25 @@ TEST_F(MicrophoneStatus, withoutAnEntryItIsAuthorized)
 
 TEST_F(MicrophoneStatus, yesIsAuthorized)
 {
-    session.setPermission(QLatin1String(us), QStringLiteral("yes"));
+    session.setPermission(QLatin1String(ownId), QStringLiteral("yes"));
     EXPECT_EQ(status(), AVAuthorizationStatus::authorized);
 }
 
 TEST_F(MicrophoneStatus, noIsDenied)
 {
-    session.setPermission(QLatin1String(us), QStringLiteral("no"));
+    session.setPermission(QLatin1String(ownId), QStringLiteral("no"));
     EXPECT_EQ(status(), AVAuthorizationStatus::denied);
 }
 
 TEST_F(MicrophoneStatus, askIsNotDetermined)
 {
-    session.setPermission(QLatin1String(us), QStringLiteral("ask"));
+    session.setPermission(QLatin1String(ownId), QStringLiteral("ask"));
     EXPECT_EQ(status(), AVAuthorizationStatus::notDetermined);
 }
 
 TEST_F(MicrophoneStatus, anUnknownWordIsAuthorized)
 {
-    session.setPermission(QLatin1String(us), QStringLiteral("perhaps"));
+    session.setPermission(QLatin1String(ownId), QStringLiteral("perhaps"));
     EXPECT_EQ(status(), AVAuthorizationStatus::authorized);
 }
 
@@ -83,18 +83,18 @@ TEST_F(MicrophoneStatus, theEntriesOfOthersAndOfProgramsWithoutAnIdAreNotOurs)
 TEST_F(MicrophoneStatus, aChangeInTheSettingsIsSeenByTheNextQuestion)
 {
     PortalCaptureDevice device;
-    session.setPermission(QLatin1String(us), QStringLiteral("no"));
+    session.setPermission(QLatin1String(ownId), QStringLiteral("no"));
     EXPECT_EQ(statusOf(device), AVAuthorizationStatus::denied);
-    session.setPermission(QLatin1String(us), QStringLiteral("ask"));
+    session.setPermission(QLatin1String(ownId), QStringLiteral("ask"));
     EXPECT_EQ(statusOf(device), AVAuthorizationStatus::notDetermined);
-    session.setPermission(QLatin1String(us), QStringLiteral("yes"));
+    session.setPermission(QLatin1String(ownId), QStringLiteral("yes"));
     EXPECT_EQ(statusOf(device), AVAuthorizationStatus::authorized);
 }
 
 TEST_F(MicrophoneStatus, aBusThatEndsDuringTheRunIsAuthorized)
 {
     auto other = std::make_unique<PrivateSession>(PrivateSession::Store::installed);
-    other->setPermission(QLatin1String(us), QStringLiteral("no"));
+    other->setPermission(QLatin1String(ownId), QStringLiteral("no"));
     PortalCaptureDevice device;
     EXPECT_EQ(statusOf(device), AVAuthorizationStatus::denied);
     other.reset();
@@ -135,7 +135,7 @@ TEST(MicrophoneStatusOnASocketWithoutAddress, theUsersBusIsFound)
 {
     PrivateSession session(PrivateSession::Store::installed);
     ASSERT_TRUE(session.isReady());
-    session.setPermission(QLatin1String(us), QStringLiteral("no"));
+    session.setPermission(QLatin1String(ownId), QStringLiteral("no"));
     qunsetenv("DBUS_SESSION_BUS_ADDRESS");
     EXPECT_EQ(status(), AVAuthorizationStatus::denied);
 }

@@ -15,7 +15,7 @@ class Setup : public QObject
 {
     Q_OBJECT
 
-  public slots:
+  public Q_SLOTS:
     void qmlEngineAvailable(QQmlEngine *engine)
     {
         engine->addImportPath("qrc:/qt/qml");

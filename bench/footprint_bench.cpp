@@ -91,7 +91,7 @@ void run(int argc, char **argv, const std::string &program)
     size.theirs = {loadedKilobytes(pathOf(patchBay))};
     bench::report(size);
 
-    DemoStage stage(argc, argv, program);
+    DemoStage stage(argc, argv, program, "");
     const auto other = stage.session().start({patchBay});
     runToEnd({"xdotool", "search", "--sync", "--onlyvisible", "--class", patchBay}, 60s);
     std::this_thread::sleep_for(2s);

@@ -14,4 +14,4 @@ inline std::vector<float> channelOf(const AVAudioPCMBuffer &buffer, std::uint32_
     return {buffer.floatChannel(channel), buffer.floatChannel(channel) + buffer.frameLength()};
 }
 
-} // namespace tolvenary::test::test
+} // namespace tolvenary::test

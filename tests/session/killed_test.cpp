@@ -119,7 +119,7 @@ TEST(KilledServer, endsTheRunAndSaysWhatToDoAndTheNextStartWorks)
     bed.plugAll();
     ASSERT_TRUE(findsAll(bed, bed.mix()));
     bed.run();
-    EXPECT_EQ(MixBed::nodesOfProgram(SoundGraph::read()).size(), 3U);
+    EXPECT_EQ(MixBed::nodesOfProgram(SoundGraph::read()).size(), 4U);
     Recorder recorder(bed.session(), {bed.monitor("FL")});
     EXPECT_TRUE(becomesHeard(bed, recorder, theWholeMix));
 }

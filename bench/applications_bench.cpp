@@ -2,11 +2,12 @@
 // links into pw-loopback. Rounds are interleaved; what counts is the ratio of the slopes.
 // applications_bench PROGRAM PLAYER [ROUNDS]
 
-#include "bench/median.h"
+#include "bench/report.h"
 #include "tests/session/support/sound_players.h"
 #include "tests/session/support/virtual_devices.h"
 #include "tests/session/support/wait_until.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -46,6 +47,11 @@ struct Cost {
     double process = 0; ///< microseconds a cycle
     double server = 0;
 };
+
+std::string describe(const Cost &cost)
+{
+    return std::to_string(std::lround(cost.process)) + ", server " + std::to_string(std::lround(cost.server));
+}
 
 /// Where hundreds have just come, the session manager goes on linking for many seconds.
 void awaitQuiet(const PrivateSession &session)
@@ -191,14 +197,15 @@ struct Slopes {
     }
 };
 
-void printRatio(const char *what, const std::vector<double> &ours, const std::vector<double> &peer)
+void reportSlope(const char *whose, const std::vector<double> &ours, const std::vector<double> &peer)
 {
-    std::vector<double> ratios;
-    for (std::size_t i = 0; i < ours.size(); ++i)
-        ratios.push_back(ours[i] / peer[i]);
-    const Spread ratio = spread(ratios);
-    std::printf("one application more, %-8s %.3f µs a cycle, pw-loopback %.3f: ratio %.2f (%.2f to %.2f)\n", what,
-                spread(ours).median, spread(peer).median, ratio.median, ratio.least, ratio.most);
+    report({.part = "Applications",
+            .work = std::string("one application more in each cycle, ") + whose,
+            .beside = "the same links into pw-loopback",
+            .unit = "µs",
+            .ours = ours,
+            .theirs = peer,
+            .mostRatio = 1.0});
 }
 
 void run(const std::string &program, const std::string &player, int rounds)
@@ -217,16 +224,14 @@ void run(const std::string &program, const std::string &player, int rounds)
             const auto many = playMany(session, player, count);
             costsOfOurs.push_back(measureOurs(session, program, many->pid(), count));
             costsOfPeer.push_back(measurePeer(session, count));
-            std::printf("%3d applications: ours %7.1f µs a cycle, server %7.1f; pw-loopback %7.1f, server %7.1f\n",
-                        count, costsOfOurs.back().process, costsOfOurs.back().server, costsOfPeer.back().process,
-                        costsOfPeer.back().server);
-            std::fflush(stdout);
+            progress(std::to_string(count) + " applications, µs a cycle: ours " + describe(costsOfOurs.back()) +
+                     "; pw-loopback " + describe(costsOfPeer.back()));
         }
         ours.add(costsOfOurs);
         peer.add(costsOfPeer);
     }
-    printRatio("process", ours.process, peer.process);
-    printRatio("server", ours.server, peer.server);
+    reportSlope("process", ours.process, peer.process);
+    reportSlope("server", ours.server, peer.server);
 }
 
 } // namespace

@@ -32,7 +32,7 @@ TEST_F(WindowMix, runsFromStartToStop)
     EXPECT_TRUE(eventually([&] {
         return program().microphoneFrames() > before.first && program().applicationFrames() > before.second;
     })) << "the counts stand still";
-    EXPECT_EQ(SoundGraph::read().nodesOfProcess(program().pid()).size(), 3U);
+    EXPECT_EQ(SoundGraph::read().nodesOfProcess(program().pid()).size(), 4U) << "three nodes, and the microphone sign";
 
     clickOn("Stop", "push button");
     EXPECT_TRUE(eventually([this] { return isThere("Stopped", "notification"); }));

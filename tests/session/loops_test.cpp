@@ -223,30 +223,24 @@ TEST_P(Loops, haveNoGain)
 
 INSTANTIATE_TEST_SUITE_P(Ways, Loops,
                          testing::Values(Loop{"loopbackOfTheMonitor", DeviceKind::nullSink, playTheMonitorAloud},
+                                         Loop{"loopbackOfTheSource", DeviceKind::pair, playTheSourceAloud},
                                          Loop{"pulseServersLoopback", DeviceKind::pair, playItThroughThePulseServer},
                                          Loop{"effects", DeviceKind::pair, playItThroughEffects},
                                          Loop{"loopbackIntoAnotherSink", DeviceKind::pair, playItOverAnotherSink},
                                          Loop{"secondProgram", DeviceKind::pair, startASecondProgram, 2, false}),
                          [](const auto &info) { return info.param.name; });
 
-TEST(Loop, thatIsClosedByHandIsHeardByThisTest)
+/// A loop closed in earnest would show the same, but may keep the whole graph from running.
+TEST(Loop, wouldBeHeardByTheseTestsAsTheVoiceThatComesBackIsWhenItIsPlayedAloud)
 {
     MixBed bed(optionsFor(DeviceKind::pair));
     bed.run();
-    bed.mix().setProperty("appGain", 0.5F);
-    std::string tap;
-    ASSERT_TRUE(bed.waitForGraph([&](const SoundGraph &graph) {
-        for (const GraphNode &node : MixBed::nodesOfProgram(graph))
-            tap = node.properties.at("node.description") == "TolvenaryTapAggregate" ? node.name : tap;
-        return !tap.empty();
-    }));
-    const Processes all = playTheSourceAloud(bed);
+    const Processes all = startLoopback(bed, "target.object=microphone");
     ASSERT_TRUE(bed.waitForGraph([](const SoundGraph &graph) { return isFed(graph, "loop-in"); }));
-    link(bed.session(), "loop-out:output_FL", tap + ":FL");
     Ears ears(bed);
     EXPECT_TRUE(bed.waitFor([&] {
         ears.listen();
-        return ears.loopGain(1) > 0.4F;
+        return ears.loopGain(1) > 0.9F;
     })) << ears.loopGain(1);
 }
 

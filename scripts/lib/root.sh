@@ -1,0 +1,46 @@
+# shellcheck shell=bash
+# Clean systems of a Debian release, to build and to try things in. Sourced after project.sh.
+
+if [ "$(id -u)" -ne 0 ]; then
+    echo "This makes a root file system: run it as root." >&2
+    exit 1
+fi
+
+# make_root SUITE FOLDER: a minimal system, its packages from where this machine has its own.
+# shellcheck disable=SC2016 # what stands in single quotes is for apt-get
+make_root() {
+    local mirror
+    scripts/setup root
+    mirror=$(apt-get indextargets --format '$(SITE)' 'Created-By: Packages' 'Label: Debian' | head -n 1)
+    say "a clean root of $1"
+    rm -rf "$2"
+    mkdir -p "$(dirname "$2")"
+    mmdebstrap --quiet --variant=minbase "$1" "$2" "$mirror"
+}
+
+# in_root FOLDER [SOURCE:TARGET...] -- COMMAND [ARGUMENT...]: as root in there, with processes and devices of its own, and
+# folders of this machine where they are asked for. Mounts and processes are gone when it ends, however it ends.
+# shellcheck disable=SC2016 # what stands in single quotes is for the shell in there
+in_root() {
+    unshare --mount --pid --fork --kill-child bash -euc '
+        root=$1
+        shift
+        mount -t proc proc "$root/proc"
+        mount -t tmpfs -o mode=755 run "$root/run"
+        mount -t tmpfs -o mode=755 dev "$root/dev"
+        for node in null zero full random urandom tty; do
+            touch "$root/dev/$node"
+            mount --bind "/dev/$node" "$root/dev/$node"
+        done
+        mkdir -m 1777 "$root/dev/shm"
+        ln -s /proc/self/fd "$root/dev/fd"
+        while [ "$1" != -- ]; do
+            mkdir -p "$root${1#*:}"
+            mount --bind "${1%%:*}" "$root${1#*:}"
+            shift
+        done
+        shift
+        exec env -i HOME=/root PATH=/usr/sbin:/usr/bin:/sbin:/bin LC_ALL=C.UTF-8 DEBIAN_FRONTEND=noninteractive \
+            ${CI:+CI="$CI"} chroot "$root" "$@"
+    ' in_root "$@"
+}

@@ -211,7 +211,7 @@ void reportSlope(const char *whose, const std::vector<double> &ours, const std::
 void run(const std::string &program, const std::string &player, int rounds)
 {
     PrivateSession session;
-    session.environment().set("PIPEWIRE_CONFIG_NAME", "client-rt.conf");
+    session.makeClientsUrgent();
     const auto device = makeBlackHole(session, DeviceKind::nullSink);
     const auto microphone = makeMicrophone(session);
     const auto voice = speakInto(session, "microphone", {"MONO=steady:0.25"});

@@ -33,7 +33,7 @@ MixBed::MixBed(MixBedOptions options)
     : m_options(std::move(options)), m_session(m_options.configuration), m_application(argumentCount, argumentValues)
 {
     if (m_options.urgent)
-        m_session.environment().set("PIPEWIRE_CONFIG_NAME", "client-rt.conf");
+        m_session.makeClientsUrgent();
     plugAll();
     if (m_options.hangsAtLaunch)
         m_session.hangServer();

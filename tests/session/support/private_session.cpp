@@ -126,6 +126,14 @@ void PrivateSession::set(const std::string &setting, const std::string &value)
     runToEnd({"pw-metadata", "-n", "settings", "0", setting, value});
 }
 
+void PrivateSession::makeClientsUrgent()
+{
+    // Later PipeWires have the one configuration, which is of this kind, and refuse the name of the other.
+    constexpr const char *urgent = "client-rt.conf";
+    if (std::filesystem::exists(std::filesystem::path("/usr/share/pipewire") / urgent))
+        m_environment.set("PIPEWIRE_CONFIG_NAME", urgent);
+}
+
 void PrivateSession::chooseDefault(const std::string &key, const std::string &nodeName)
 {
     runToEnd({"pw-metadata", "0", key, R"({ "name": ")" + nodeName + R"(" })", "Spa:String:JSON"});

@@ -22,10 +22,9 @@ constexpr std::size_t tracksBeforeMix = 4;
 /// the middle is 0.075.
 constexpr float gapStep = 0.1F;
 
-/// Players and ears as urgent as the program itself: what they were late with would be heard as ours.
 PrivateSession &withUrgentClients(PrivateSession &session)
 {
-    session.environment().set("PIPEWIRE_CONFIG_NAME", "client-rt.conf");
+    session.makeClientsUrgent();
     return session;
 }
 

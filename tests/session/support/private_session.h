@@ -25,8 +25,8 @@ class PrivateSession
 
     PrivateEnvironment &environment() { return m_environment; }
 
-    /// Programs that start from now on ask for real-time priority, as ours does: what they were late with would be heard as
-    /// ours.
+    /// Programs that start from now on ask for real-time priority, as ours does: what they were late with would be
+    /// heard as ours.
     void makeClientsUrgent();
 
     /// The sound servers go away, as in a crash; what clients had in them is gone.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdio>
 #include <pipewire/pipewire.h>
 #include <utility>
 
@@ -19,6 +20,23 @@ timespec toTimespec(std::chrono::nanoseconds time)
 {
     const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(time);
     return {static_cast<time_t>(seconds.count()), static_cast<long>((time - seconds).count())};
+}
+
+/// Whether all clients have real-time rights. Before PipeWire 1.4 those had them that asked for a configuration of its
+/// own, the name of which now draws a warning.
+bool haveAllRealTimeRights()
+{
+    std::pair version{0, 0};
+    return std::sscanf(pw_get_library_version(), "%d.%d", &version.first, &version.second) == 2 &&
+           version >= std::pair{1, 4};
+}
+
+pw_properties *contextProperties()
+{
+    pw_properties *properties = pw_properties_new("cpu.zero.denormals", "true", nullptr);
+    if (!haveAllRealTimeRights())
+        pw_properties_set(properties, PW_KEY_CONFIG_NAME, "client-rt.conf");
+    return properties;
 }
 
 } // namespace
@@ -126,9 +144,7 @@ void Connection::connect()
     disconnect();
     if (!m_loop->context) {
         // Made on this thread because it asks for real-time rights, which may take a while.
-        m_loop->context.reset(pw_context_new(
-            m_loop->loop(),
-            pw_properties_new(PW_KEY_CONFIG_NAME, "client-rt.conf", "cpu.zero.denormals", "true", nullptr), 0));
+        m_loop->context.reset(pw_context_new(m_loop->loop(), contextProperties(), 0));
     }
     if (m_loop->context) {
         m_core.reset(

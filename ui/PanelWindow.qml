@@ -20,6 +20,15 @@ Window {
     // From the outset: the shell styles the window only once it is shown, and a title bar would flash up until then.
     flags: Qt.Window | Qt.FramelessWindowHint
     Component.onCompleted: height = content.roomyHeight
+    // Not every compositor keeps to the least size while the user drags.
+    onWidthChanged: {
+        if (visibility === Window.Windowed && width < minimumWidth)
+            width = minimumWidth;
+    }
+    onHeightChanged: {
+        if (visibility === Window.Windowed && height < minimumHeight)
+            height = minimumHeight;
+    }
 
     ContentView {
         id: content

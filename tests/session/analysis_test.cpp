@@ -69,7 +69,7 @@ TEST(SineFit, aClickIsAPeakAndARepeatIsNoise)
     click[6000] += 0.001F;
     EXPECT_NEAR(decibels(fit.residue(click).peak), decibels(0.001 * std::sqrt(2.0) / 0.5), 0.1);
     Samples repeated = render("tone:997:0.5", 12000);
-    std::copy_n(repeated.begin() + 5988, 6012, repeated.begin() + 5989);
+    std::copy_backward(repeated.begin() + 5988, repeated.end() - 1, repeated.end());
     EXPECT_GT(decibels(fit.residue(repeated).noise), -30);
 }
 

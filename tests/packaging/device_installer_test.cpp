@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sstream>
+#include <sys/stat.h>
 
 // What the script leaves in the user's configuration, and what it does not touch.
 
@@ -71,6 +72,25 @@ TEST_F(DeviceInstaller, removesWhatItMadeAndTheFoldersThatAreEmpty)
     EXPECT_FALSE(fs::exists(serversFolder()));
 }
 
+TEST_F(DeviceInstaller, removesItWhereTheServersFolderIsALink)
+{
+    const fs::path elsewhere = serversFolder().parent_path() / "dotfiles";
+    fs::create_directories(elsewhere);
+    fs::create_directory_symlink(elsewhere, serversFolder());
+    run({"install"});
+    EXPECT_THAT(run({"remove"}), HasSubstr("is gone"));
+    EXPECT_TRUE(fs::is_symlink(serversFolder()));
+}
+
+TEST_F(DeviceInstaller, letsOthersReadTheDeviceWhateverTheUmask)
+{
+    const mode_t before = umask(077);
+    run({"install"});
+    umask(before);
+    EXPECT_NE(fs::status(file("2ch")).permissions() & fs::perms::others_read, fs::perms::none);
+    EXPECT_NE(fs::status(folder()).permissions() & fs::perms::others_exec, fs::perms::none);
+}
+
 TEST_F(DeviceInstaller, leavesOtherSettingsAlone)
 {
     fs::create_directories(folder());
@@ -90,6 +110,7 @@ TEST_F(DeviceInstaller, refusesWhatItDoesNotUnderstand)
 {
     EXPECT_THROW(run({}), std::runtime_error);
     EXPECT_THROW(run({"install", "3ch"}), std::runtime_error);
+    EXPECT_THROW(run({"install", "remove"}), std::runtime_error);
     EXPECT_FALSE(fs::exists(serversFolder()));
 }
 

@@ -20,7 +20,7 @@ set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
     "Tolvenary mixes the microphone with what every other program plays, and
 plays the mix into a virtual device. A chat application uses that device as
 its microphone, so that friends hear the speaker and the game, without added
-delay. There are two sliders and one button; nothing is stored.
+delay. There are two sliders and one button.
 .
 It needs PipeWire. The virtual device is made by tolvenary-blackhole, for one
 user or for all; installing this package makes none."
@@ -31,8 +31,9 @@ string(
   JOIN ", " CPACK_DEBIAN_PACKAGE_DEPENDS
   qml6-module-qtqml qml6-module-qtqml-models qml6-module-qtqml-workerscript qml6-module-qtquick qml6-module-qtquick-templates
   fonts-inter fonts-quicksand
-  pipewire "wireplumber | pipewire-media-session"
+  pipewire wireplumber
 )
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "pipewire-pulse, qt6-wayland, fonts-noto-mono")
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
+set(CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA ${CMAKE_CURRENT_SOURCE_DIR}/debian/postrm)
 include(CPack)

@@ -2,7 +2,9 @@
 #include "tests/window/real/window_test.h"
 
 #include <QImage>
+#include <fstream>
 #include <regex>
+#include <sstream>
 
 // What the window is to the window manager, and what its own three buttons do.
 
@@ -48,6 +50,9 @@ TEST_F(WindowFrame, saysWhoseItIs)
     launch();
     EXPECT_EQ(window().property("_NET_WM_NAME"), "\"Tolvenary\"");
     EXPECT_EQ(window().property("WM_CLASS"), "\"tolvenary\", \"Tolvenary\"");
+    std::ostringstream entry;
+    entry << std::ifstream(TOLVENARY_DESKTOP_ENTRY).rdbuf();
+    EXPECT_NE(entry.str().find("\nStartupWMClass=Tolvenary\n"), std::string::npos) << "docks join the two by it";
     EXPECT_EQ(window().property("_NET_WM_PID"), std::to_string(program().pid()));
     EXPECT_NE(window().property("_NET_WM_WINDOW_TYPE").find("_NET_WM_WINDOW_TYPE_NORMAL"), std::string::npos);
 }

@@ -136,4 +136,14 @@ TEST_F(FirstContact, withoutARuntimeDirectoryOneLineTellsSo)
     EXPECT_EQ(openWindow(), "tolvenary: XDG_RUNTIME_DIR is not set: no sound server can be found.\n");
 }
 
+TEST_F(FirstContact, withARuntimeDirectoryThatIsNotThereOneLineTellsSo)
+{
+    const VirtualDisplay display(session());
+    const TemporaryDirectory folder;
+    const std::string missing = folder.path() / "missing";
+    session().environment().set("XDG_RUNTIME_DIR", missing);
+    EXPECT_EQ(openWindow(),
+              "tolvenary: XDG_RUNTIME_DIR=" + missing + " does not exist: no sound server can be found.\n");
+}
+
 } // namespace tolvenary::session

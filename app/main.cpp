@@ -15,6 +15,8 @@ int main(int, char **arguments)
     // There is no command line: only the program's name is passed on.
     int count = 1;
     tolvenary::tellStartFailuresInOneLine();
+    // Nothing is stored, shaders included: there are few, and each launch compiles them in no time.
+    QCoreApplication::setAttribute(Qt::AA_DisableShaderDiskCache);
     QGuiApplication application(count, arguments);
     QGuiApplication::setApplicationName(QStringLiteral("Tolvenary"));
     QGuiApplication::setDesktopFileName(QStringLiteral("com.tolvenary.app"));

@@ -1,7 +1,7 @@
 # shellcheck shell=bash
 # Sourced by every script: strict mode, and the root of the project as the current directory.
 set -euo pipefail
-cd "$(dirname "${BASH_SOURCE[0]}")/../.."
+CDPATH='' cd -- "$(dirname "${BASH_SOURCE[0]}")/../.."
 
 # A cache of compiled objects, where there is one, is worth minutes in every script.
 if command -v ccache >/dev/null; then
@@ -19,8 +19,9 @@ build() {
     mkdir -p build
     log="build/$preset.log"
     say "build $preset ${*:-everything}"
-    if ! { cmake --preset "$preset" && cmake --build --preset "$preset" ${1:+--target "$@"}; } >"$log" 2>&1; then
-        tail -n 60 "$log"
+    # Not "if ! { … }": bash takes a log that cannot be written for success there.
+    { cmake --preset "$preset" && cmake --build --preset "$preset" ${1:+--target "$@"}; } >"$log" 2>&1 || {
+        tail -n 60 "$log" || true
         return 1
-    fi
+    }
 }

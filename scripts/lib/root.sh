@@ -41,6 +41,6 @@ in_root() {
         done
         shift
         exec env -i HOME=/root PATH=/usr/sbin:/usr/bin:/sbin:/bin LC_ALL=C.UTF-8 DEBIAN_FRONTEND=noninteractive \
-            ${CI:+CI="$CI"} chroot "$root" "$@"
+            chroot "$root" "$@"
     ' in_root "$@"
 }

@@ -243,7 +243,7 @@ int main(int argc, char **argv)
         return 2;
     }
     try {
-        run(argv[1], argv[2], argc > 3 ? std::atoi(argv[3]) : 3);
+        run(argv[1], argv[2], argc > 3 ? std::atoi(argv[3]) : 9);
     } catch (const std::exception &error) {
         std::fprintf(stderr, "%s\n", error.what());
         return 1;

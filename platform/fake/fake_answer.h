@@ -18,7 +18,6 @@ template <typename T> class FakeAnswer
 
     /// From now on requests wait for deliver().
     void holdBack() { m_held = true; }
-    void answerAtOnce() { m_held = false; }
 
     /// Answers all that wait, on the calling thread.
     void deliver()

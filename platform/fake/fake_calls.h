@@ -21,8 +21,6 @@ class FakeCalls
     void fail(const std::string &operation, OSStatus status);
     /// The `nth` call from now on returns `status`; 1 is the next one. All others succeed.
     void failCall(const std::string &operation, int nth, OSStatus status);
-    /// All calls succeed again.
-    void failNothing() { m_plans.clear(); }
 
     /// For the fakes: notes the call and returns the status that it shall have.
     OSStatus note(const std::string &operation);

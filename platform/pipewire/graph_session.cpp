@@ -53,6 +53,7 @@ void GraphSession::disconnecting()
         if (auto *input = std::get_if<InputRole>(&role))
             input->change = {};
     }
+    m_leaving.clear();
     m_rights.reset();
     m_registry.reset();
     for (GraphWatcher *watcher : m_watchers)
@@ -107,23 +108,24 @@ void GraphSession::add(FilterNode &node, NodeRole role)
     nodesChanged();
 }
 
-void GraphSession::setRole(FilterNode &node, NodeRole role)
+void GraphSession::retire(std::unique_ptr<FilterNode> node)
 {
-    m_nodes.insert_or_assign(&node, std::move(role));
+    m_nodes.erase(node.get());
     nodesChanged();
+    const std::shared_ptr<FilterNode> leaving = std::move(node);
+    letGo(leaving->nodeId(), leaving);
 }
 
-void GraphSession::remove(FilterNode &node)
+void GraphSession::letGo(std::optional<GlobalId> id, std::shared_ptr<void> ours)
 {
-    setRole(node, LeavingRole{});
-    // What the server has sent about the node's links carries descriptors, and the library loses them when it finds the
-    // node gone: let it all arrive first.
-    const auto hasArrived = std::make_shared<bool>(false);
-    m_connection.roundTrip([hasArrived](bool) { *hasArrived = true; });
-    m_connection.waitUntil([&] { return *hasArrived; });
-    m_nodes.erase(&node);
-    node.release();
-    nodesChanged();
+    // As if the connection ended: the links go with the node, and nothing more is sent to it.
+    if (id && m_registry)
+        m_registry->destroy(*id);
+    // What has been sent carries descriptors, and the library loses them when it finds our half gone.
+    const void *const half = ours.get();
+    m_leaving.push_back(std::move(ours));
+    m_connection.roundTrip(
+        [this, half](bool) { std::erase_if(m_leaving, [half](const auto &left) { return left.get() == half; }); });
 }
 
 void GraphSession::nodesChanged()

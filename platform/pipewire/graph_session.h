@@ -34,10 +34,7 @@ struct StreamRole {
     std::optional<std::int32_t> onlyProcess; ///< none: all but the excluded
     std::set<std::int32_t> excludedProcesses;
 };
-/// On its way out: to be linked with nothing any more.
-struct LeavingRole {
-};
-using NodeRole = std::variant<OutputRole, InputRole, TapRole, StreamRole, LeavingRole>;
+using NodeRole = std::variant<OutputRole, InputRole, TapRole, StreamRole>;
 
 /// Wants to know what becomes of the graph. Called under the control lock.
 class GraphWatcher
@@ -71,11 +68,13 @@ class GraphSession final : private Connection::Observer
     const Graph &graph() const { return m_graph; }
     ObjectIds &ids() { return m_ids; }
 
-    /// The node must be removed before it is destroyed.
+    /// The node is ours until it is retired.
     void add(FilterNode &node, NodeRole role);
-    void setRole(FilterNode &node, NodeRole role);
-    /// Takes the node out of the graph; waits for the server if it is one that answers.
-    void remove(FilterNode &node);
+    /// Takes a node whose gate is closed out of the graph, and lets it go.
+    void retire(std::unique_ptr<FilterNode> node);
+    /// Has the server end the node of that id, if it has one yet, and keeps our half of it until all has arrived that
+    /// the server had sent to it. Nobody waits, so that several nodes leave together.
+    void letGo(std::optional<GlobalId> id, std::shared_ptr<void> ours);
 
     void addWatcher(GraphWatcher &watcher) { m_watchers.insert(&watcher); }
     void removeWatcher(GraphWatcher &watcher) { m_watchers.erase(&watcher); }
@@ -124,6 +123,7 @@ class GraphSession final : private Connection::Observer
     Graph m_graph;
     ObjectIds m_ids;
     std::map<FilterNode *, NodeRole> m_nodes;
+    std::vector<std::shared_ptr<void>> m_leaving;
     std::set<GraphWatcher *> m_watchers;
     std::unique_ptr<Registry> m_registry;
     std::unique_ptr<Linker> m_linker;

@@ -22,17 +22,38 @@ pw_properties *properties(const GraphSession &session)
 
 } // namespace
 
-struct MicrophoneSign::Events {
-    static const pw_stream_events *table()
+// Apart from the sign, because it stays for a moment after it.
+struct MicrophoneSign::Recording {
+    explicit Recording(pw_stream *made) : stream(made)
     {
-        static const pw_stream_events events = [] {
+        pw_stream_add_listener(stream.get(), hook.get(), events(), this);
+    }
+
+    void throwAway() const // real-time
+    {
+        if (pw_buffer *buffer = pw_stream_dequeue_buffer(stream.get()))
+            pw_stream_queue_buffer(stream.get(), buffer);
+    }
+
+    std::optional<GlobalId> nodeId() const
+    {
+        const std::uint32_t id = pw_stream_get_node_id(stream.get());
+        return id == SPA_ID_INVALID ? std::nullopt : std::optional(id);
+    }
+
+    static const pw_stream_events *events()
+    {
+        static const pw_stream_events table = [] {
             pw_stream_events made{};
             made.version = PW_VERSION_STREAM_EVENTS;
-            made.process = [](void *data) { static_cast<MicrophoneSign *>(data)->throwAway(); };
+            made.process = [](void *data) { static_cast<const Recording *>(data)->throwAway(); };
             return made;
         }();
-        return &events;
+        return &table;
     }
+
+    PwHandle<pw_stream> stream;
+    PwHandle<spa_hook> hook = makeHook(); // declared last: taken out before the stream goes
 };
 
 MicrophoneSign::MicrophoneSign(GraphSession &session) : m_session(session)
@@ -46,7 +67,8 @@ MicrophoneSign::~MicrophoneSign()
 {
     const Connection::Lock lock(m_session.connection());
     m_session.removeWatcher(*this);
-    serverLost();
+    if (m_recording)
+        m_session.letGo(m_recording->nodeId(), m_recording);
 }
 
 void MicrophoneSign::graphChanged()
@@ -56,21 +78,19 @@ void MicrophoneSign::graphChanged()
 
 void MicrophoneSign::serverLost()
 {
-    m_hook.reset();
-    m_stream.reset();
+    m_recording.reset();
 }
 
 /// On each connection anew, as all our nodes. One that fails is not tried again: the mix does without.
 void MicrophoneSign::show()
 {
     pw_core *core = m_session.connection().core();
-    if (m_stream || core == nullptr)
+    if (m_recording || core == nullptr)
         return;
-    m_stream.reset(pw_stream_new(core, "Microphone", properties(m_session)));
-    if (!m_stream)
+    pw_stream *stream = pw_stream_new(core, "Microphone", properties(m_session));
+    if (stream == nullptr)
         return;
-    m_hook = makeHook();
-    pw_stream_add_listener(m_stream.get(), m_hook.get(), Events::table(), this);
+    m_recording = std::make_shared<Recording>(stream);
     spa_audio_info_raw format{};
     format.format = SPA_AUDIO_FORMAT_F32P;
     format.rate = m_session.rate();
@@ -81,13 +101,7 @@ void MicrophoneSign::show()
     spa_pod_builder_init(&builder, memory.data(), memory.size());
     const spa_pod *param = spa_format_audio_raw_build(&builder, SPA_PARAM_EnumFormat, &format);
     constexpr int flags = PW_STREAM_FLAG_AUTOCONNECT | PW_STREAM_FLAG_MAP_BUFFERS | PW_STREAM_FLAG_RT_PROCESS;
-    pw_stream_connect(m_stream.get(), PW_DIRECTION_INPUT, PW_ID_ANY, static_cast<pw_stream_flags>(flags), &param, 1);
-}
-
-void MicrophoneSign::throwAway()
-{
-    if (pw_buffer *buffer = pw_stream_dequeue_buffer(m_stream.get()))
-        pw_stream_queue_buffer(m_stream.get(), buffer);
+    pw_stream_connect(stream, PW_DIRECTION_INPUT, PW_ID_ANY, static_cast<pw_stream_flags>(flags), &param, 1);
 }
 
 } // namespace tolvenary

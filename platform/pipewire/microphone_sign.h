@@ -2,8 +2,6 @@
 
 #include "platform/pipewire/graph_session.h"
 
-struct pw_stream;
-
 namespace tolvenary
 {
 
@@ -22,16 +20,14 @@ class MicrophoneSign final : private GraphWatcher
     MicrophoneSign &operator=(const MicrophoneSign &) = delete;
 
   private:
-    struct Events;
+    struct Recording;
 
     void graphChanged() override;
     void serverLost() override;
     void show();
-    void throwAway(); // real-time
 
     GraphSession &m_session;
-    PwHandle<pw_stream> m_stream;
-    PwHandle<spa_hook> m_hook; // declared last: taken out before the stream goes
+    std::shared_ptr<Recording> m_recording;
 };
 
 } // namespace tolvenary

@@ -97,6 +97,11 @@ Registry::~Registry()
     m_graph.clear();
 }
 
+void Registry::destroy(GlobalId id)
+{
+    pw_registry_destroy(reinterpret_cast<pw_registry *>(m_registry.get()), id);
+}
+
 void Registry::globalAdded(GlobalId id, const char *type, std::uint32_t version, const spa_dict *properties)
 {
     const std::string_view kind(type);

@@ -23,6 +23,9 @@ class Registry
     Registry(const Registry &) = delete;
     Registry &operator=(const Registry &) = delete;
 
+    /// Asks the server to end the object.
+    void destroy(GlobalId id);
+
   private:
     struct Events;
     struct Bound;

@@ -6,7 +6,7 @@ namespace tolvenary
 {
 
 /// A node of ours from its making to its end: in the session, and so in the graph whenever there is a server.
-/// One thread, and not the control thread.
+/// After its end the server may show it for a moment still, silent. One thread, and not the control thread.
 class SessionNode
 {
   public:
@@ -15,16 +15,16 @@ class SessionNode
     SessionNode(const SessionNode &) = delete;
     SessionNode &operator=(const SessionNode &) = delete;
 
-    FilterNode &node() { return m_node; }
+    FilterNode &node() { return *m_node; }
 
     /// Opens the gate to the process callback.
-    void start() { m_node.gate().open(); }
+    void start() { m_node->gate().open(); }
     /// When this has returned, the callback is not running and will not be called again until start().
-    void stop() { m_node.gate().close(); }
+    void stop() { m_node->gate().close(); }
 
   private:
     GraphSession &m_session;
-    FilterNode m_node;
+    std::unique_ptr<FilterNode> m_node;
 };
 
 } // namespace tolvenary

@@ -124,6 +124,7 @@ Result<void> ProcessAudioTap::readStreamFormat()
         return failure(status, "Failed to read aggregate stream format " + osStatus(status) + ".");
     m_streamFormat = description;
     m_avFormat = AVAudioFormat::fromStreamDescription(description);
+    m_isInTargetFormat = m_avFormat == m_targetFormat;
     makeConverter();
     return {};
 }
@@ -132,7 +133,7 @@ Result<void> ProcessAudioTap::readStreamFormat()
 /// the formats are equal there is nothing to convert.
 void ProcessAudioTap::makeConverter()
 {
-    if (m_converter == nullptr && m_avFormat && *m_avFormat != m_targetFormat)
+    if (m_converter == nullptr && m_avFormat && !m_isInTargetFormat)
         m_converter = AVAudioConverter::make(*m_avFormat, m_targetFormat);
 }
 

@@ -87,6 +87,7 @@ class ProcessAudioTap
     std::optional<AudioDeviceIOProcID> m_ioProcID;
     AudioStreamBasicDescription m_streamFormat;
     std::optional<AVAudioFormat> m_avFormat;
+    bool m_isInTargetFormat = false; ///< what the device delivers; compared once, not in each cycle
     std::unique_ptr<AVAudioConverter> m_converter;
     const AVAudioFormat m_targetFormat;
     const OnBuffer m_onBuffer;

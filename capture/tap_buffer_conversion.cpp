@@ -44,7 +44,7 @@ AVAudioPCMBufferPtr ProcessAudioTap::copyInput(ConstAudioBufferList inputData)
 
 AVAudioPCMBufferPtr ProcessAudioTap::convert(AVAudioPCMBufferPtr buffer)
 {
-    if (buffer->format() == m_targetFormat)
+    if (m_isInTargetFormat)
         return buffer;
     if (m_converter == nullptr)
         return nullptr;

@@ -2,7 +2,6 @@
 
 #include "platform/audio/av_audio_pcm_buffer_pool.h"
 
-#include <algorithm>
 #include <cassert>
 
 namespace tolvenary
@@ -40,13 +39,6 @@ void AVAudioPCMBuffer::setBorrowedForWriting(PlanarBlock block)
     setFrameLength(0);
 }
 
-void AVAudioPCMBuffer::setFrameLength(std::uint32_t frames)
-{
-    m_frameLength = std::min(frames, m_frameCapacity);
-    for (std::size_t i = 0; i < m_bufferCount; ++i)
-        m_buffers[i].mDataByteSize = m_frameLength * m_format->bytesPerFrame();
-}
-
 void AVAudioPCMBuffer::takeFormat(const AVAudioFormat &format)
 {
     m_format = format;
@@ -59,12 +51,15 @@ bool AVAudioPCMBuffer::fits(const AVAudioFormat &format, std::uint32_t frameCapa
 {
     if (format.bufferCount() > maxBuffers)
         return false;
-    const std::size_t frameBytes = std::size_t{format.bytesPerFrame()} * format.bufferCount();
-    return frameCapacity <= bytes / frameBytes;
+    // No product of these is too large to count: a format of several buffers has frames of a few bytes.
+    return std::size_t{frameCapacity} * format.bytesPerFrame() * format.bufferCount() <= bytes;
 }
 
 void AVAudioPCMBuffer::layOut(const AVAudioFormat &format, std::uint32_t frameCapacity, std::span<std::byte> storage)
 {
+    // A slot is asked for the same again and again, and to look is cheaper than to write all of it.
+    if (m_format == format && m_frameCapacity == frameCapacity)
+        return setFrameLength(0);
     takeFormat(format);
     m_frameCapacity = frameCapacity;
     const std::size_t stride = std::size_t{frameCapacity} * format.bytesPerFrame();

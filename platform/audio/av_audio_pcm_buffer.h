@@ -2,6 +2,7 @@
 
 #include "platform/audio/av_audio_format.h"
 
+#include <algorithm>
 #include <array>
 #include <memory>
 #include <optional>
@@ -42,7 +43,13 @@ class AVAudioPCMBuffer
     std::uint32_t frameLength() const { return m_frameLength; }
 
     /// Sets the frames that count, at most frameCapacity(), and the buffers' byte sizes with it. real-time
-    void setFrameLength(std::uint32_t frames);
+    void setFrameLength(std::uint32_t frames)
+    {
+        m_frameLength = std::min(frames, m_frameCapacity);
+        const std::uint32_t bytes = m_frameLength * m_format->bytesPerFrame();
+        for (std::size_t i = 0; i < m_bufferCount; ++i)
+            m_buffers[i].mDataByteSize = bytes;
+    }
 
     /// The buffers to read, and to write where this is no view. real-time
     AudioBufferList mutableAudioBufferList() { return {m_buffers.data(), m_bufferCount}; }
@@ -61,7 +68,7 @@ class AVAudioPCMBuffer
 
     /// Whether `frameCapacity` frames of the format go into `bytes`.
     static bool fits(const AVAudioFormat &format, std::uint32_t frameCapacity, std::size_t bytes);
-    /// Becomes an empty buffer of the format on `storage`, in which it fits. real-time
+    /// Becomes an empty buffer of the format on `storage`, in which it fits and which is the same each time. real-time
     void layOut(const AVAudioFormat &format, std::uint32_t frameCapacity, std::span<std::byte> storage);
     /// Becomes an empty buffer whose samples will be written into `block`. real-time
     void setBorrowedForWriting(PlanarBlock block);

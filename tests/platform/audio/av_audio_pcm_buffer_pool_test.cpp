@@ -36,6 +36,29 @@ TEST(AVAudioPCMBufferPool, aDroppedBufferCanBeMadeAgain)
     EXPECT_EQ(again->format(), standardFormat(44100, 1));
 }
 
+TEST(AVAudioPCMBufferPool, aSlotThatIsAskedForTheSameAgainIsEmptyAgain)
+{
+    AVAudioPCMBufferPool pool(1, 800);
+    auto buffer = pool.make(standardFormat(), 100);
+    const float *const place = buffer->floatChannel(1);
+    buffer->setFrameLength(100);
+    buffer.reset();
+    const auto again = pool.make(standardFormat(), 100);
+    EXPECT_EQ(again->frameLength(), 0U);
+    EXPECT_EQ(again->audioBufferList()[1].mDataByteSize, 0U);
+    EXPECT_EQ(again->floatChannel(1), place);
+}
+
+TEST(AVAudioPCMBufferPool, aSlotThatIsAskedForMoreFramesHasItsChannelsElsewhere)
+{
+    AVAudioPCMBufferPool pool(1, 800);
+    pool.make(standardFormat(), 10).reset();
+    const auto longer = pool.make(standardFormat(), 100);
+    longer->setFrameLength(100);
+    EXPECT_EQ(longer->frameLength(), 100U);
+    EXPECT_EQ(longer->floatChannel(1) - longer->floatChannel(0), 100);
+}
+
 TEST(AVAudioPCMBufferPool, aBufferThatDoesNotFitInASlotIsNotMade)
 {
     AVAudioPCMBufferPool pool(1, 1024);

@@ -12,7 +12,10 @@
 #include <QPointer>
 #include <QQuickWindow>
 #include <QSurfaceFormat>
+#include <QTimer>
 #include <QtQml/QQmlExtensionPlugin>
+
+#include <malloc.h>
 
 Q_IMPORT_QML_PLUGIN(TolvenaryPlugin)
 
@@ -83,6 +86,9 @@ QCoro::Task<void> TolvenaryApp::launch()
         co_return;
     m_coordinator.refreshBlackHole();
     co_await m_coordinator.refreshApps();
+    // What building and first painting the window has freed lies in small pieces that the heap does not give back by
+    // itself: once, when all has been painted.
+    QTimer::singleShot(std::chrono::seconds(1), [] { malloc_trim(0); });
 }
 
 } // namespace tolvenary

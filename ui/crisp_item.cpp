@@ -1,5 +1,7 @@
 #include "ui/crisp_item.h"
 
+#include "ui/ink.h"
+
 #include <QPainter>
 #include <QQuickWindow>
 #include <QSGImageNode>
@@ -58,10 +60,12 @@ QSGNode *CrispItem::updatePaintNode(QSGNode *node, UpdatePaintNodeData *)
         m_dirty = true;
     }
     if (m_dirty || wanted != m_drawn) {
+        const QImage drawn = draw(wanted);
+        const QRect ink = isOpaque() ? drawn.rect() : inkOf(drawn);
+        // A copy also where nothing is cut off: an image keeps the engine that painted it, which takes kilobytes.
         image->setTexture(window()->createTextureFromImage(
-            draw(wanted), isOpaque() ? QQuickWindow::TextureIsOpaque : QQuickWindow::TextureHasAlphaChannel));
-        const QMarginsF around(QMargins(wanted.margin, wanted.margin, wanted.margin, wanted.margin));
-        const QRectF pixels = QRectF(QPointF(), wanted.box).marginsAdded(around);
+            drawn.copy(ink), isOpaque() ? QQuickWindow::TextureIsOpaque : QQuickWindow::TextureHasAlphaChannel));
+        const QRectF pixels = ink.translated(-wanted.margin, -wanted.margin);
         image->setRect(QRectF(pixels.topLeft() / wanted.scale + wanted.shift, pixels.size() / wanted.scale));
         m_drawn = wanted;
         m_dirty = false;

@@ -10,8 +10,9 @@ namespace tolvenary
 {
 
 /// An item drawn by a painter into an image that lies exactly on the pixels of the screen, at every scale factor, with
-/// room around its box for what reaches outside it. Works with every scene graph back end; drawn again only when
-/// something of it changed. Thread: paint() runs on the scene graph's thread while the main thread waits.
+/// room around its box for what reaches outside it; of the image only what is not clear is kept. Works with every scene
+/// graph back end; drawn again only when something of it changed. Thread: paint() runs on the scene graph's thread
+/// while the main thread waits.
 class CrispItem : public QQuickItem
 {
     Q_OBJECT

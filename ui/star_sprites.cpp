@@ -35,7 +35,8 @@ Sprite makeSprite(const Star &star, const QSizeF &field, qreal scale)
     painter.drawEllipse(center - first, radius, radius);
     painter.end();
     image.setDevicePixelRatio(scale);
-    return {QPointF(first) / scale, image};
+    // A copy, because an image keeps the engine that painted it: more than all the pixels of these.
+    return {QPointF(first) / scale, image.copy()};
 }
 
 /// Draws with the renderer's own painter: an image of the whole field would have to be made and blended in every frame.

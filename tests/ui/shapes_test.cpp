@@ -1,5 +1,6 @@
 #include "ui/continuous_corners.h"
 #include "ui/gaussian_blur.h"
+#include "ui/ink.h"
 #include "ui/symbol_drawings.h"
 
 #include <gtest/gtest.h>
@@ -92,6 +93,39 @@ TEST(Symbols, everyNameOfThePanelIsDrawnWithinItsBox)
 TEST(Symbols, anUnknownNameIsAnEmptyBox)
 {
     EXPECT_TRUE(symbolDrawing("no.such.symbol").box.isEmpty());
+}
+
+namespace
+{
+
+QImage clearImage()
+{
+    QImage image(20, 10, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    return image;
+}
+
+} // namespace
+
+TEST(Ink, isTheBoxOfAllThatIsNotClearAndAPixelAround)
+{
+    QImage image = clearImage();
+    image.setPixel(5, 7, 0x01000000);
+    image.setPixel(12, 3, 0xFFFFFFFF);
+    EXPECT_EQ(inkOf(image), QRect(QPoint(4, 2), QPoint(13, 8)));
+}
+
+TEST(Ink, doesNotReachOutOfItsImage)
+{
+    QImage image = clearImage();
+    image.setPixel(0, 0, 0xFF000000);
+    image.setPixel(19, 9, 0xFF000000);
+    EXPECT_EQ(inkOf(image), image.rect());
+}
+
+TEST(Ink, ofNothingIsOnePixel)
+{
+    EXPECT_EQ(inkOf(clearImage()), QRect(0, 0, 1, 1));
 }
 
 } // namespace tolvenary::test

@@ -239,6 +239,12 @@ AudioObjectID GraphSession::linkedDevice(const FilterNode &output)
     return kAudioObjectUnknown;
 }
 
+void GraphSession::readDefaultsAnew()
+{
+    if (m_registry)
+        m_registry->readDefaultsAnew();
+}
+
 std::uint32_t GraphSession::rate() const
 {
     for (const auto &[node, role] : m_nodes) {

@@ -91,6 +91,8 @@ class GraphSession final : private Connection::Observer
 
     /// The source that is our microphone now; null without one.
     const GraphNode *microphone() const { return microphoneOf(m_graph, wishes()); }
+    /// For when a change of the default source may have been missed.
+    void readDefaultsAnew();
     /// The graph's rate: as our nodes see it, else as it is configured.
     std::uint32_t rate() const;
 

@@ -74,11 +74,15 @@ MicrophoneSign::~MicrophoneSign()
 void MicrophoneSign::graphChanged()
 {
     show();
+    const std::optional<GlobalId> sign = m_recording ? m_recording->nodeId() : std::nullopt;
+    if (sign && m_doubt.arises(m_session.graph(), *sign))
+        m_session.readDefaultsAnew();
 }
 
 void MicrophoneSign::serverLost()
 {
     m_recording.reset();
+    m_doubt = {};
 }
 
 /// On each connection anew, as all our nodes. One that fails is not tried again: the mix does without.

@@ -6,6 +6,8 @@ namespace tolvenary
 void PipeWireAudioServer::settle(std::function<void(bool answered)> done)
 {
     const Connection::Lock lock(m_session.connection());
+    if (m_session.microphone() == nullptr)
+        m_session.readDefaultsAnew();
     m_session.connection().roundTrip(std::move(done));
 }
 

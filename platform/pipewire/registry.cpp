@@ -117,15 +117,23 @@ void Registry::globalAdded(GlobalId id, const char *type, std::uint32_t version,
         linkAdded(id, properties);
     } else if (kind == PW_TYPE_INTERFACE_Metadata) {
         const std::string name = readText(properties, PW_KEY_METADATA_NAME);
-        if (name == "default")
-            bind(id, type, version, &Events::defaultsEvents);
-        else if (name == "settings")
+        if (name == "default") {
+            m_defaults = id;
+            readDefaultsAnew();
+        } else if (name == "settings") {
             bind(id, type, version, &Events::settingsEvents);
+        }
         return;
     } else {
         return;
     }
     m_changed();
+}
+
+void Registry::readDefaultsAnew()
+{
+    if (m_defaults)
+        bind(*m_defaults, PW_TYPE_INTERFACE_Metadata, PW_VERSION_METADATA, &Events::defaultsEvents);
 }
 
 void Registry::bind(GlobalId id, const char *type, std::uint32_t version, const void *events)
@@ -143,6 +151,8 @@ void Registry::globalRemoved(GlobalId id)
 {
     m_removed(id);
     m_bound.erase(id);
+    if (id == m_defaults)
+        m_defaults.reset();
     m_graph.nodes.erase(id);
     m_graph.ports.erase(id);
     m_graph.links.erase(id);

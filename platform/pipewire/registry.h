@@ -25,6 +25,9 @@ class Registry
 
     /// Asks the server to end the object.
     void destroy(GlobalId id);
+    /// Has the session's defaults told once more, for when their changes did not reach us. Until the session manager
+    /// has answered, the server reads nothing that we send.
+    void readDefaultsAnew();
 
   private:
     struct Events;
@@ -48,6 +51,7 @@ class Registry
     PwHandle<pw_proxy> m_registry;
     PwHandle<spa_hook> m_hook;
     std::map<GlobalId, std::unique_ptr<Bound>> m_bound;
+    std::optional<GlobalId> m_defaults;
 };
 
 } // namespace tolvenary

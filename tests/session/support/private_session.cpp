@@ -108,6 +108,16 @@ void PrivateSession::resumeServer()
         m_pipewire->signal(SIGCONT);
 }
 
+void PrivateSession::hangSessionManager()
+{
+    m_wireplumber->signal(SIGSTOP);
+}
+
+void PrivateSession::resumeSessionManager()
+{
+    m_wireplumber->signal(SIGCONT);
+}
+
 std::unique_ptr<ChildProcess> PrivateSession::start(const Arguments &command)
 {
     const std::string program = std::filesystem::path(command.front()).filename();

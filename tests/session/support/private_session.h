@@ -39,6 +39,9 @@ class PrivateSession
     /// PipeWire neither answers nor closes connections until resumed.
     void hangServer();
     void resumeServer();
+    /// The same for the session manager.
+    void hangSessionManager();
+    void resumeSessionManager();
 
     /// The sound server's process.
     pid_t soundServer() const { return m_pipewire->pid(); }

@@ -28,6 +28,8 @@ struct GraphNode {
     std::string mediaClass;
     std::string linkGroup; ///< nodes of one group pass sound on inside their process (loopbacks, filter chains)
     std::optional<GlobalId> clientId;
+    bool isWhole =
+        false; ///< all its properties have been told; a node is announced with some of them, without its group
 };
 
 enum class PortDirection { input, output };

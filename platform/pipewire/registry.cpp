@@ -37,7 +37,7 @@ struct Registry::Events {
         events.info = [](void *data, const pw_node_info *info) {
             const auto *bound = static_cast<const Bound *>(data);
             if (info->change_mask & PW_NODE_CHANGE_MASK_PROPS)
-                bound->registry.nodeInfo(bound->id, info->props);
+                bound->registry.nodeInfo(bound->id, info->props, true);
         };
         return events;
     }
@@ -165,15 +165,16 @@ void Registry::nodeAdded(GlobalId id, const spa_dict *properties)
     GraphNode &node = m_graph.nodes[id];
     node.id = id;
     node.serial = readSerial(id, properties);
-    nodeInfo(id, properties);
+    nodeInfo(id, properties, false);
 }
 
-void Registry::nodeInfo(GlobalId id, const spa_dict *properties)
+void Registry::nodeInfo(GlobalId id, const spa_dict *properties, bool isWhole)
 {
     const auto found = m_graph.nodes.find(id);
     if (found == m_graph.nodes.end())
         return;
     readNode(found->second, properties);
+    found->second.isWhole = isWhole;
     m_changed();
 }
 

@@ -40,7 +40,7 @@ class Registry
     void portAdded(GlobalId id, const spa_dict *properties);
     void linkAdded(GlobalId id, const spa_dict *properties);
     void clientAdded(GlobalId id, const spa_dict *properties);
-    void nodeInfo(GlobalId id, const spa_dict *properties);
+    void nodeInfo(GlobalId id, const spa_dict *properties, bool isWhole);
     void clientInfo(GlobalId id, const spa_dict *properties);
     void defaultsChanged(const char *key, const char *value);
     void settingsChanged(const char *key, const char *value);

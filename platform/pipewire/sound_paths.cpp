@@ -1,5 +1,7 @@
 #include "platform/pipewire/sound_paths.h"
 
+#include <algorithm>
+
 namespace tolvenary
 {
 
@@ -15,6 +17,16 @@ SoundPaths::SoundPaths(const Graph &graph) : m_graph(graph)
         if (!node.linkGroup.empty())
             m_groups[node.linkGroup].push_back(id);
     }
+}
+
+bool SoundPaths::isIdleLoopback(const GraphNode &node) const
+{
+    const auto group = m_groups.find(node.linkGroup);
+    if (group == m_groups.end() ||
+        std::ranges::any_of(group->second, [this](GlobalId id) { return m_linkedInto.contains(id); }))
+        return false;
+    return std::ranges::any_of(
+        group->second, [this](GlobalId id) { return m_graph.node(id)->mediaClass.starts_with("Stream/Input/"); });
 }
 
 void SoundPaths::addUpstream(const GraphNode &node, Ids &found, std::unordered_set<GlobalId> &known) const

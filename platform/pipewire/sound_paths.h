@@ -19,6 +19,9 @@ class SoundPaths
     /// itself.
     template <typename Matches> bool carriesSoundOf(const GraphNode &node, Matches matches) const;
 
+    /// True for a loopback that nothing plays into yet: whose sound it will carry is still to be seen.
+    bool isIdleLoopback(const GraphNode &node) const;
+
   private:
     using Ids = std::vector<GlobalId>;
 

@@ -22,7 +22,7 @@ class GraphBuilder
                   std::optional<GlobalId> clientId = std::nullopt)
     {
         const GlobalId id = m_next++;
-        graph.nodes[id] = {id, id, name, name + " description", "", mediaClass, linkGroup, clientId};
+        graph.nodes[id] = {id, id, name, name + " description", "", mediaClass, linkGroup, clientId, true};
         return id;
     }
 

@@ -267,6 +267,37 @@ TEST(LinkPlan, aSourcePlayedAloudIsTapped)
     EXPECT_EQ(tapLinks(built, built.tapNode()).size(), 2U);
 }
 
+TEST(LinkPlan, aLoopbackIsTappedNoSoonerThanSomethingPlaysIntoIt)
+{
+    GraphBuilder built;
+    const GlobalId lineIn = built.source("line-in", {"MONO"});
+    const GlobalId capture = built.node("loopback-in", "Stream/Input/Audio", "line");
+    const GlobalId into = built.port(capture, PortDirection::input, "MONO");
+    built.stream(player, {"MONO"}, "line");
+    const GlobalId tap = built.tapNode();
+    EXPECT_THAT(tapLinks(built, tap), IsEmpty());
+    built.link(built.out(lineIn, "MONO"), into);
+    EXPECT_EQ(tapLinks(built, tap).size(), 2U);
+}
+
+TEST(LinkPlan, aStreamThatIsAloneInItsGroupIsTapped)
+{
+    GraphBuilder built;
+    built.stream(player, {"MONO"}, "alone");
+    EXPECT_EQ(tapLinks(built, built.tapNode()).size(), 2U);
+}
+
+TEST(LinkPlan, aStreamIsTappedNoSoonerThanItsPropertiesAreKnown)
+{
+    GraphBuilder built;
+    const GlobalId stream = built.stream(player, {"MONO"});
+    const GlobalId tap = built.tapNode();
+    built.graph.nodes[stream].isWhole = false;
+    EXPECT_THAT(tapLinks(built, tap), IsEmpty());
+    built.graph.nodes[stream].isWhole = true;
+    EXPECT_EQ(tapLinks(built, tap).size(), 2U);
+}
+
 TEST(LinkPlan, ofManyStreamsNoPortGetsMoreThanTheServerAddsUp)
 {
     constexpr std::size_t mostLinks = 128;

@@ -51,7 +51,7 @@ void GraphSession::disconnecting()
     for (auto &[node, role] : m_nodes) {
         node->release();
         if (auto *input = std::get_if<InputRole>(&role))
-            input->change = {};
+            *input = InputRole{input->ports};
     }
     m_leaving.clear();
     m_rights.reset();
@@ -70,9 +70,9 @@ void GraphSession::accessDenied()
 
 void GraphSession::update()
 {
+    followMicrophone();
     for (GraphWatcher *watcher : m_watchers)
         watcher->graphChanged();
-    followMicrophone();
     if (m_linker)
         m_linker->setWanted(plannedLinks());
     m_connection.wake();
@@ -87,9 +87,36 @@ void GraphSession::followMicrophone()
         auto *input = std::get_if<InputRole>(&role);
         if (input == nullptr)
             continue;
-        input->change.observe(id, input->ports->heardSet(), now);
+        input->hold.follow(id);
+        // Who comes after one that is held has nobody to take over from.
+        input->change.observe(input->hold.isHolding() ? std::nullopt : id, input->ports->heardSet(), now);
         input->ports->setWanted(input->change.set());
     }
+}
+
+void GraphSession::watchForHungMicrophone()
+{
+    const bool isAnswering = m_linker != nullptr && m_connection.isResponsive();
+    const std::set<GlobalId> awaited = isAnswering ? m_linker->awaitedInputs() : std::set<GlobalId>();
+    const auto now = std::chrono::steady_clock::now().time_since_epoch();
+    for (auto &[node, role] : m_nodes) {
+        auto *input = std::get_if<InputRole>(&role);
+        if (input == nullptr)
+            continue;
+        const auto isAwaited = [&, id = node->nodeId()](GlobalId port) {
+            const GraphPort *into = m_graph.port(port);
+            return into != nullptr && into->nodeId == id;
+        };
+        input->hold.observe(std::ranges::any_of(awaited, isAwaited), now);
+    }
+}
+
+bool GraphSession::isMicrophoneHeld() const
+{
+    return std::ranges::any_of(m_nodes, [](const auto &entry) {
+        const auto *input = std::get_if<InputRole>(&entry.second);
+        return input != nullptr && input->hold.isHolding();
+    });
 }
 
 bool GraphSession::isChangingMicrophone() const
@@ -153,8 +180,10 @@ void GraphSession::tick()
     const StallWatch::Verdict before = m_watch.verdict();
     const auto now = std::chrono::steady_clock::now().time_since_epoch();
     const bool hasNewVerdict = m_watch.tick(progress, streams, now) != before;
+    const bool wasHeld = isMicrophoneHeld();
+    watchForHungMicrophone();
     // That the new microphone is heard the real-time thread may not tell: looked for here.
-    if (hasNewVerdict || isChangingMicrophone())
+    if (hasNewVerdict || isChangingMicrophone() || isMicrophoneHeld() != wasHeld)
         update();
 }
 
@@ -173,7 +202,8 @@ LinkWishes GraphSession::wishes() const
         else if (const auto *stream = std::get_if<StreamRole>(&role))
             wishes.taps.push_back({*id, stream->excludedProcesses, verdict.heldStreams, false, stream->onlyProcess});
         else if (const auto *input = std::get_if<InputRole>(&role))
-            wishes.inputs.push_back({*id, verdict.isMicrophoneInOrder, input->change.set(), input->change.leaving()});
+            wishes.inputs.push_back({*id, verdict.isMicrophoneInOrder, input->change.set(), input->change.leaving(),
+                                     input->hold.isHolding()});
     }
     return wishes;
 }

@@ -7,6 +7,7 @@
 #include "platform/pipewire/link_plan.h"
 #include "platform/pipewire/linker.h"
 #include "platform/pipewire/microphone_change.h"
+#include "platform/pipewire/microphone_hold.h"
 #include "platform/pipewire/microphone_ports.h"
 #include "platform/pipewire/object_ids.h"
 #include "platform/pipewire/registry.h"
@@ -25,6 +26,7 @@ struct OutputRole {
 struct InputRole {
     MicrophonePorts *ports = nullptr;
     MicrophoneChange change = {};
+    MicrophoneHold hold = {};
 };
 struct TapRole {
     std::set<std::int32_t> excludedProcesses;
@@ -93,6 +95,8 @@ class GraphSession final : private Connection::Observer
     const GraphNode *microphone() const { return microphoneOf(m_graph, wishes()); }
     /// For when a change of the default source may have been missed.
     void readDefaultsAnew();
+    /// Whether it hangs, and so is not linked for now.
+    bool isMicrophoneHeld() const;
     /// The graph's rate: as our nodes see it, else as it is configured.
     std::uint32_t rate() const;
 
@@ -115,6 +119,7 @@ class GraphSession final : private Connection::Observer
 
     void nodesChanged();
     void followMicrophone();
+    void watchForHungMicrophone();
     bool isChangingMicrophone() const;
     LinkWishes wishes() const;
     std::set<GraphLink> plannedLinks() const { return planLinks(m_graph, wishes()); }

@@ -88,7 +88,8 @@ void planSource(Links &links, const Ports &from, const Ports &into)
 
 void planInput(Links &links, const Graph &graph, const LinkWishes &wishes, const InputWish &wish)
 {
-    if (const GraphNode *source = microphoneOf(graph, wishes))
+    const GraphNode *source = microphoneOf(graph, wishes);
+    if (source != nullptr && !wish.isMicrophoneHeld)
         planSource(links, graph.capturePorts(*source), portsOfSet(graph, wish.nodeId, wish.set));
     const GraphNode *leaving = wish.leaving ? graph.node(*wish.leaving) : nullptr;
     if (leaving != nullptr)

@@ -36,6 +36,7 @@ struct InputWish {
     bool isInOrder = true;                          ///< the output waits for it in each cycle
     std::size_t set = 0;                            ///< of its ports, for the microphone
     std::optional<GlobalId> leaving = std::nullopt; ///< the microphone of before, still heard at the other set
+    bool isMicrophoneHeld = false;                  ///< not to be linked for now
 };
 struct TapWish {
     GlobalId nodeId = 0;

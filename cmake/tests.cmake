@@ -1,7 +1,8 @@
 include(GoogleTest)
 
-# What the sanitizer presets need: every test program that runs without a server or a window.
+# What the sanitizer presets need: every test program that runs without a server or a window, and those with a server.
 add_custom_target(unit_tests)
+add_custom_target(session_tests)
 
 # tolvenary_test(NAME LABEL unit|session|window SOURCES ... LINKS ... [TIMEOUT seconds] [ENVIRONMENT VARIABLE=VALUE]
 # [WHOLE]): one test program, each of its tests known to CTest under the label; or all as one, where they share what takes
@@ -13,14 +14,13 @@ function(tolvenary_test name)
   endif()
   add_executable(${name} ${test_SOURCES})
   target_link_libraries(${name} PRIVATE ${test_LINKS} GTest::gmock GTest::gtest GTest::gtest_main tolvenary_rules)
-  # Nobody waits for a test's own code, but everybody waits for its compiler: sources are compiled together, since most
-  # of the time goes into the headers that they share.
-  set_target_properties(${name} PROPERTIES UNITY_BUILD ON)
   target_compile_options(${name} PRIVATE $<$<CONFIG:RelWithDebInfo>:-O1 -g1>)
   # What hears or sees works alone: it would measure its neighbours.
   set(serial TRUE)
+  if(NOT test_LABEL STREQUAL "window")
+    add_dependencies(${test_LABEL}_tests ${name})
+  endif()
   if(test_LABEL STREQUAL "unit")
-    add_dependencies(unit_tests ${name})
     set(serial FALSE)
   endif()
   set(properties LABELS ${test_LABEL} TIMEOUT ${test_TIMEOUT} RUN_SERIAL ${serial})

@@ -1,5 +1,8 @@
 #include "platform/pipewire/filter_node.h"
 
+#include "platform/pipewire/chunk_claim.h"
+
+#include <atomic>
 #include <cstring>
 #include <pipewire/filter.h>
 #include <pipewire/pipewire.h>
@@ -10,16 +13,29 @@ namespace tolvenary
 namespace
 {
 
-// real-time: what came in at a port, or null. A mixer with nothing running behind it hands over a buffer marked empty.
-const void *takeInput(void *port)
+// real-time: once, whatever the compiler would rather do.
+template <typename T> T readOnce(T &shared)
+{
+    return std::atomic_ref(shared).load(std::memory_order_relaxed);
+}
+
+// real-time: the samples of a cycle, or null. A mixer with nothing running behind it hands over a buffer marked empty,
+// and one with a single link the very buffer of whoever plays.
+const void *samplesIn(const spa_data &data, std::uint32_t frames)
+{
+    if (data.data == nullptr || (readOnce(data.chunk->flags) & SPA_CHUNK_FLAG_EMPTY) != 0)
+        return nullptr;
+    const ChunkClaim claim{readOnce(data.chunk->offset), readOnce(data.chunk->size)};
+    return holdsCycle(claim, data.maxsize, frames) ? SPA_PTROFF(data.data, claim.offset, const void) : nullptr;
+}
+
+// real-time: what came in at a port, or null.
+const void *takeInput(void *port, std::uint32_t frames)
 {
     pw_buffer *buffer = pw_filter_dequeue_buffer(port);
     if (buffer == nullptr)
         return nullptr;
-    const spa_data &data = buffer->buffer->datas[0];
-    const bool hasSound =
-        data.data != nullptr && data.chunk->size > 0 && (data.chunk->flags & SPA_CHUNK_FLAG_EMPTY) == 0;
-    const void *samples = hasSound ? SPA_PTROFF(data.data, data.chunk->offset, const void) : nullptr;
+    const void *samples = samplesIn(buffer->buffer->datas[0], frames);
     pw_filter_queue_buffer(port, buffer);
     return samples;
 }
@@ -141,7 +157,7 @@ void FilterNode::processCycle(const spa_io_position *position)
     m_cycles.fetch_add(1, std::memory_order_relaxed);
     for (std::size_t i = 0; i < m_ports.size(); ++i) {
         const bool isInput = m_spec.ports[i].direction == PortDirection::input;
-        m_buffers[i] = isInput ? const_cast<void *>(takeInput(m_ports[i])) : nullptr;
+        m_buffers[i] = isInput ? const_cast<void *>(takeInput(m_ports[i], frames)) : nullptr;
     }
     if (frames == 0 || frames > maxFrames)
         return;

@@ -223,6 +223,42 @@ TEST(Stranger, thatIsKilledInTheMiddleOfACycleTakesNothingWithIt)
     EXPECT_EQ(bed.status().substr(0, 7), "Running");
 }
 
+/// Alone at the port for the centre: what several play at one port, the server's library adds up first, and checks.
+TEST(Stranger, thatLiesAboutWhereItsSamplesAreIsNotHeardAndTheOthersAre)
+{
+    MixBed bed({.urgent = true});
+    const auto program = bed.session().start({TOLVENARY_MIX_RUNNER, std::to_string(bed.player()->pid())});
+    ASSERT_TRUE(bed.waitFor([&] { return program->output().starts_with("Running"); })) << program->output();
+    const auto liar = startStranger(bed, {"--lie", "--name", "liar", "FC=tone:700:0.1", "LFE=silence"});
+    Recorder recorder(bed.session(), {bed.monitor("FL"), bed.monitor("FR")});
+    Amplitudes left;
+    Amplitudes right;
+    const auto isLiarHeard = [&](bool wanted) {
+        const double level = wanted ? 0.1 / std::sqrt(2.0) : 0;
+        return bed.waitFor([&] {
+            const Recording heard = bed.record(recorder, second / 4);
+            left = amplitudes(heard, 0, {997, 1499, 700});
+            right = amplitudes(heard, 1, {997, 1499, 700});
+            return !program->isRunning() || (areNear(left, {0.25, 0.2, level}) && areNear(right, {0.25, 0.2, level}));
+        });
+    };
+    std::string told;
+    const auto nowTells = [&](const std::string &story) {
+        told += story + "\n";
+        liar->signal(SIGUSR1);
+        return bed.waitFor([&] { return liar->output() == told; });
+    };
+    ASSERT_TRUE(isLiarHeard(true)) << "the truth: " << testing::PrintToString(left);
+    for (const char *lie : {"far away", "just behind the end", "before the beginning", "a single sample"}) {
+        ASSERT_TRUE(nowTells(lie)) << liar->output();
+        EXPECT_TRUE(isLiarHeard(false)) << lie << ": " << testing::PrintToString(left) << testing::PrintToString(right);
+        ASSERT_TRUE(program->isRunning()) << lie;
+    }
+    ASSERT_TRUE(nowTells("the truth")) << liar->output();
+    EXPECT_TRUE(isLiarHeard(true)) << testing::PrintToString(left);
+    EXPECT_TRUE(program->isRunning());
+}
+
 TEST(Strangers, whateverTheirNamesAreHeardAndListed)
 {
     MixBed bed({.voice = {"MONO=silence"}, .urgent = true});

@@ -1,4 +1,5 @@
 #include "tests/session/tools/feeder.h"
+#include "tests/session/tools/liar.h"
 #include "tests/session/tools/stream_player.h"
 
 #include <chrono>
@@ -40,15 +41,24 @@ void play(const PlayerOptions &options)
     pw_loop_add_signal(pw_main_loop_get_loop(loop), SIGINT, quit, loop);
     {
         std::optional<Feeder> feeder;
+        std::optional<Liar> liar;
         std::deque<StreamPlayer> players;
         // Before anybody makes a thread, which would not know that the signal is to be held back.
         const auto change = [](void *data, int /*signal*/) {
             for (StreamPlayer &player : *static_cast<std::deque<StreamPlayer> *>(data))
                 player.changeFormat();
         };
-        pw_loop_add_signal(pw_main_loop_get_loop(loop), SIGUSR1, change, &players);
+        const auto changeStory = [](void *data, int /*signal*/) {
+            static_cast<std::optional<Liar> *>(data)->value().changeStory();
+        };
+        if (options.lie)
+            pw_loop_add_signal(pw_main_loop_get_loop(loop), SIGUSR1, changeStory, &liar);
+        else
+            pw_loop_add_signal(pw_main_loop_get_loop(loop), SIGUSR1, change, &players);
         if (options.feed)
             feeder.emplace(pw_main_loop_get_loop(loop), options);
+        else if (options.lie)
+            liar.emplace(pw_main_loop_get_loop(loop), options);
         else
             for (int i = 0; i < options.streams; ++i)
                 players.emplace_back(pw_main_loop_get_loop(loop), options);
@@ -59,7 +69,7 @@ void play(const PlayerOptions &options)
 
 } // namespace
 
-/// Plays until it is told to end; goes on in another format at SIGUSR1.
+/// Plays until it is told to end; goes on in another format, or with another lie, at SIGUSR1.
 int main(int argc, char **argv)
 {
     pw_init(&argc, &argv);

@@ -28,6 +28,8 @@ PlayerOptions PlayerOptions::parse(const std::vector<std::string> &arguments)
             options.source = options.withhold = true;
         else if (word == "--die")
             options.die = true;
+        else if (word == "--lie")
+            options.lie = true;
         else if (word == "--keep-channels")
             options.keepChannels = true;
         else if (const auto equals = word.find('='); equals != std::string::npos) {

@@ -1,3 +1,4 @@
+#include "app/descriptor_limit.h"
 #include "app/linux_platform.h"
 #include "app/quit_signals.h"
 #include "app/renderer.h"
@@ -12,6 +13,7 @@
 
 int main(int, char **arguments)
 {
+    tolvenary::raiseDescriptorLimit();
     // There is no command line: only the program's name is passed on.
     int count = 1;
     tolvenary::tellStartFailuresInOneLine();

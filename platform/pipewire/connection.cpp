@@ -86,12 +86,8 @@ Connection::Loop::Loop(Connection &connection)
         if (id == PW_ID_CORE)
             static_cast<Connection *>(data)->answered(sequence);
     };
-    coreEvents.error = [](void *data, std::uint32_t id, int, int result, const char *) {
-        auto *self = static_cast<Connection *>(data);
-        if (id == PW_ID_CORE && result == -EPIPE)
-            self->lost();
-        else if (result == -EACCES)
-            self->denied();
+    coreEvents.error = [](void *data, std::uint32_t id, int, int result, const char *message) {
+        static_cast<Connection *>(data)->failed(id, result, message != nullptr ? message : "");
     };
 }
 
@@ -160,6 +156,7 @@ void Connection::connect()
         return;
     }
     m_responsive = true;
+    m_connectedAt = std::chrono::steady_clock::now();
     m_coreHook = makeHook();
     pw_core_add_listener(m_core.get(), m_coreHook.get(), &m_loop->coreEvents, this);
     m_observer.connected(m_core.get());
@@ -178,11 +175,23 @@ void Connection::disconnect()
     failRoundTrips();
 }
 
+void Connection::failed(std::uint32_t id, int result, std::string_view message)
+{
+    // The library has given up the socket, whatever the reason was: reset, out of descriptors, not understood.
+    const bool isBroken = result == -EPIPE || message == "connection error";
+    if (id == PW_ID_CORE && isBroken)
+        lost();
+    else if (result == -EACCES)
+        denied();
+}
+
 void Connection::lost()
 {
-    // The core is in the middle of telling us: it is dropped, and made anew, when it has finished.
+    // The core is in the middle of telling us: it is dropped, and made anew, when it has finished. One that breaks at
+    // once, each time, must not keep this thread and the server busy.
+    const bool wasBrief = std::chrono::steady_clock::now() - m_connectedAt < retryTime;
     m_responsive = false;
-    m_loop->arm(m_loop->connectTimer, std::chrono::nanoseconds(1));
+    m_loop->arm(m_loop->connectTimer, wasBrief ? retryTime : std::chrono::nanoseconds(1));
     wake();
 }
 

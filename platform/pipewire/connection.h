@@ -7,6 +7,7 @@
 #include <chrono>
 #include <functional>
 #include <memory>
+#include <string_view>
 #include <vector>
 
 namespace tolvenary
@@ -90,6 +91,7 @@ class Connection
 
     void connect();
     void disconnect();
+    void failed(std::uint32_t id, int result, std::string_view message);
     void lost();
     void answered(int sequence);
     void denied();
@@ -103,6 +105,7 @@ class Connection
     std::unique_ptr<Loop> m_loop;
     PwHandle<pw_core> m_core;
     PwHandle<spa_hook> m_coreHook;
+    std::chrono::steady_clock::time_point m_connectedAt;
     bool m_responsive = true;
     bool m_isTrying = true; ///< the first attempt is still to come
     std::vector<RoundTrip> m_roundTrips;

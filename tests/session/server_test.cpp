@@ -1,10 +1,11 @@
 #include "tests/session/heartbeat.h"
-#include "tests/session/mix_bed.h"
-#include "tests/session/support/tone_level.h"
+#include "tests/session/listening.h"
+#include "tests/session/support/process_state.h"
 
 #include <QElapsedTimer>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
 namespace tolvenary::session
 {
@@ -13,6 +14,22 @@ namespace
 {
 
 constexpr qint64 frozen = 200;
+
+void setDescriptorLimit(pid_t process, std::size_t number)
+{
+    rlimit limit{};
+    ASSERT_EQ(prlimit(process, RLIMIT_NOFILE, nullptr, &limit), 0);
+    limit.rlim_cur = number;
+    ASSERT_EQ(prlimit(process, RLIMIT_NOFILE, &limit, nullptr), 0);
+}
+
+/// The number that the server never gives twice, of the node that plays the mix; empty when there is none.
+std::string serialOfTheMix()
+{
+    const SoundGraph graph = SoundGraph::read();
+    const GraphNode *node = graph.node("com.tolvenary.output");
+    return node != nullptr ? node->properties.at("object.serial") : "";
+}
 
 } // namespace
 
@@ -100,6 +117,27 @@ TEST(RestartedServer, theMixComesBackByItself)
     std::printf("  microphone %.4f, application %.4f\n", heard[0], heard[1]);
     EXPECT_NEAR(heard[0], 0.25, 0.003);
     EXPECT_NEAR(heard[1], 0.2, 0.003);
+}
+
+/// Not by the server's end: what it sends carries descriptors, and there is no room for them.
+TEST(BrokenConnection, isMadeAnewAndTheMixComesBackByItself)
+{
+    MixBed bed;
+    const auto program = bed.session().start({TOLVENARY_MIX_RUNNER, std::to_string(bed.player()->pid())});
+    ASSERT_TRUE(bed.waitFor([&] { return program->output().starts_with("Running"); })) << program->output();
+    Recorder recorder(bed.session(), {bed.monitor("FL")});
+    ASSERT_TRUE(becomesHeard(bed, recorder, theWholeMix));
+    const std::string before = serialOfTheMix();
+    ASSERT_NE(before, "");
+
+    setDescriptorLimit(program->pid(), ProcessState::of(program->pid()).descriptors);
+    const auto more =
+        bed.session().start({TOLVENARY_PLAYER, "--name", "more", "--streams", "8", "FL=silence", "FR=silence"});
+    EXPECT_TRUE(bed.waitFor([&] { return serialOfTheMix() != before; })) << "the connection has not been given up";
+    setDescriptorLimit(program->pid(), 1024);
+    EXPECT_TRUE(becomesHeard(bed, recorder, theWholeMix));
+    EXPECT_NE(serialOfTheMix(), before);
+    EXPECT_TRUE(program->isRunning());
 }
 
 TEST(AbsentServer, isAStatusTextAndNoHarm)

@@ -1,6 +1,8 @@
 #include "tests/window/real/window_test.h"
 
 #include <QImage>
+#include <algorithm>
+#include <sys/resource.h>
 
 // What a launch shows without being asked, and how the panel comes to a device.
 
@@ -61,6 +63,19 @@ TEST_F(WindowLaunch, startsNothing)
     EXPECT_TRUE(isThere("Idle"));
     EXPECT_TRUE(isThere("Start", "push button"));
     EXPECT_TRUE(leavesNoSound());
+}
+
+TEST_F(WindowLaunch, allowsItselfAsManyDescriptorsAsTheUserMayHave)
+{
+    rlimit ours{};
+    ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &ours), 0);
+    const rlimit customary{std::min<rlim_t>(ours.rlim_max / 2, 1024), ours.rlim_max};
+    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &customary), 0);
+    launch();
+    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &ours), 0);
+    rlimit its{};
+    ASSERT_EQ(prlimit(program().pid(), RLIMIT_NOFILE, nullptr, &its), 0);
+    EXPECT_EQ(its.rlim_cur, ours.rlim_max);
 }
 
 TEST_F(WindowLaunch, withoutADeviceSaysHowToGetOneAndRescanFindsIt)

@@ -2,8 +2,12 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <condition_variable>
 #include <cstdio>
+#include <mutex>
 #include <pipewire/pipewire.h>
+#include <stop_token>
+#include <thread>
 #include <utility>
 
 namespace tolvenary
@@ -138,10 +142,8 @@ void Connection::close()
 void Connection::connect()
 {
     disconnect();
-    if (!m_loop->context) {
-        // Made on this thread because it asks for real-time rights, which may take a while.
-        m_loop->context.reset(pw_context_new(m_loop->loop(), contextProperties(), 0));
-    }
+    if (!m_loop->context)
+        makeContext();
     if (m_loop->context) {
         m_core.reset(
             pw_context_connect(m_loop->context.get(),
@@ -163,6 +165,30 @@ void Connection::connect()
     for (RoundTrip &trip : m_roundTrips)
         trip.sequence = pw_core_sync(m_core.get(), PW_ID_CORE, 0);
     wake();
+}
+
+/// The library asks the desktop for real-time rights meanwhile, and where nobody answers it waits for the better part
+/// of a minute: on this thread, without the lock. As this thread's timers stand still, another one looks at the clock.
+void Connection::makeContext()
+{
+    PwHandle<pw_context> made;
+    pw_thread_loop_unlock(m_loop->thread.get());
+    {
+        const std::jthread impatient([this](const std::stop_token &isMade) {
+            std::mutex mutex;
+            std::unique_lock lock(mutex);
+            std::condition_variable_any clock;
+            clock.wait_for(lock, isMade, answerTime, [] { return false; });
+            if (isMade.stop_requested())
+                return;
+            const Lock control(*this);
+            m_isTrying = false;
+            failRoundTrips();
+        });
+        made.reset(pw_context_new(m_loop->loop(), contextProperties(), 0));
+    }
+    pw_thread_loop_lock(m_loop->thread.get());
+    m_loop->context = std::move(made);
 }
 
 void Connection::disconnect()

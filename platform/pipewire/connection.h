@@ -40,7 +40,8 @@ class Connection
 
     /// Begins to connect; the observer must be ready to be called. Returns at once.
     void open();
-    /// Ends the control thread; the observer's disconnecting() is called if there was a connection.
+    /// Ends the control thread; the observer's disconnecting() is called if there was a connection. A thread that still
+    /// waits for the desktop, see makeContext(), is waited for: up to a minute, at a quit.
     void close();
 
     /// Holds the control lock for its life.
@@ -90,6 +91,7 @@ class Connection
     friend struct Loop;
 
     void connect();
+    void makeContext();
     void disconnect();
     void failed(std::uint32_t id, int result, std::string_view message);
     void lost();

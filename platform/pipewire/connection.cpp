@@ -228,7 +228,17 @@ void Connection::denied()
     finishRoundTrips([](const RoundTrip &) { return true; }, true);
 }
 
-OSStatus Connection::waitUntil(FunctionRef<bool()> condition, std::chrono::nanoseconds recheck)
+OSStatus Connection::waitUntil(FunctionRef<bool()> condition)
+{
+    const OSStatus status = waitForOthers(condition, answerTime);
+    if (status == -ETIMEDOUT && m_responsive) {
+        m_responsive = false;
+        roundTrip([](bool) {});
+    }
+    return status;
+}
+
+OSStatus Connection::waitForOthers(FunctionRef<bool()> condition, std::chrono::nanoseconds recheck)
 {
     const auto deadline = std::chrono::steady_clock::now() + answerTime;
     while (!condition()) {
@@ -237,11 +247,8 @@ OSStatus Connection::waitUntil(FunctionRef<bool()> condition, std::chrono::nanos
         if (!m_responsive)
             return -ETIMEDOUT;
         const auto now = std::chrono::steady_clock::now();
-        if (now >= deadline) {
-            m_responsive = false;
-            roundTrip([](bool) {});
+        if (now >= deadline)
             return -ETIMEDOUT;
-        }
         timespec until{};
         const auto pause = std::min<std::chrono::nanoseconds>(recheck, deadline - now);
         pw_thread_loop_get_time(m_loop->thread.get(), &until, pause.count());

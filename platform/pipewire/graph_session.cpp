@@ -251,7 +251,8 @@ OSStatus GraphSession::waitUntilLinked(const FilterNode &output)
 void GraphSession::waitUntilRunning(const FilterNode &node)
 {
     // The cycles run on the real-time thread, which must not wake us: look by ourselves.
-    m_connection.waitUntil([&] { return node.hasFailed() || node.observedRate() > 0; }, std::chrono::milliseconds(2));
+    m_connection.waitForOthers([&] { return node.hasFailed() || node.observedRate() > 0; },
+                               std::chrono::milliseconds(2));
 }
 
 AudioObjectID GraphSession::linkedDevice(const FilterNode &output)

@@ -1,5 +1,7 @@
 #include "tests/session/callback_watch.h"
 
+#include "tests/session/system_call_watch.h"
+
 #include <array>
 #include <atomic>
 #include <cerrno>
@@ -7,6 +9,7 @@
 #include <dlfcn.h>
 #include <malloc.h>
 #include <pipewire/filter.h>
+#include <pipewire/stream.h>
 #include <poll.h>
 #include <pthread.h>
 #include <sys/ioctl.h>
@@ -26,6 +29,8 @@ namespace
 struct Counters {
     std::atomic<bool> counting = false;
     std::atomic<std::uint64_t> callbacks = 0;
+    std::atomic<std::uint64_t> streamCallbacks = 0;
+    std::atomic<std::uint64_t> contendedLocks = 0;
     std::atomic<std::uint64_t> allocations = 0;
     std::atomic<std::uint64_t> frees = 0;
     std::atomic<std::uint64_t> locks = 0;
@@ -36,11 +41,38 @@ struct Counters {
 
 constinit Counters counters;
 constinit thread_local int depth = 0;
+constinit thread_local bool isEveryCallSeen = false;
 
 void count(std::atomic<std::uint64_t> &counter)
 {
     if (depth > 0 && counters.counting.load(std::memory_order_relaxed))
         counter.fetch_add(1, std::memory_order_relaxed);
+}
+
+/// What the replaced functions see of system calls, where the kernel does not show them all.
+void countCall(std::atomic<std::uint64_t> &counter)
+{
+    if (!isEveryCallSeen)
+        count(counter);
+}
+
+void seen(SystemCall call)
+{
+    count(call == SystemCall::contendedLock ? counters.contendedLocks
+          : call == SystemCall::wait        ? counters.waits
+                                            : counters.systemCalls);
+}
+
+void enter()
+{
+    isEveryCallSeen = system_call_watch::begin(seen);
+    ++depth;
+}
+
+void leave()
+{
+    --depth;
+    system_call_watch::end();
 }
 
 void countLock(const void *mutex)
@@ -66,18 +98,30 @@ std::atomic<Process> watchedProcess = nullptr;
 
 void process(void *data, spa_io_position *position)
 {
-    ++depth;
+    enter();
     count(counters.callbacks);
     watchedProcess.load(std::memory_order_relaxed)(data, position);
-    --depth;
+    leave();
+}
+
+using StreamProcess = void (*)(void *);
+std::atomic<StreamProcess> watchedStreamProcess = nullptr;
+
+void processStream(void *data)
+{
+    enter();
+    count(counters.streamCallbacks);
+    watchedStreamProcess.load(std::memory_order_relaxed)(data);
+    leave();
 }
 
 } // namespace
 
 void beginCounting()
 {
-    for (auto *counter : {&counters.callbacks, &counters.allocations, &counters.frees, &counters.locks, &counters.waits,
-                          &counters.systemCalls})
+    for (auto *counter :
+         {&counters.callbacks, &counters.streamCallbacks, &counters.contendedLocks, &counters.allocations,
+          &counters.frees, &counters.locks, &counters.waits, &counters.systemCalls})
         counter->store(0);
     for (auto &slot : counters.mutexes)
         slot.store(nullptr);
@@ -87,8 +131,9 @@ void beginCounting()
 CallbackCounts endCounting()
 {
     counters.counting.store(false);
-    CallbackCounts counts{counters.callbacks, counters.allocations, counters.frees, counters.locks, 0,
-                          counters.waits,     counters.systemCalls};
+    CallbackCounts counts{counters.callbacks, counters.streamCallbacks, counters.allocations,
+                          counters.frees,     counters.locks,           0,
+                          counters.waits,     counters.systemCalls,     counters.contendedLocks};
     for (const auto &slot : counters.mutexes)
         counts.mutexes += slot.load() != nullptr ? 1 : 0;
     return counts;
@@ -96,13 +141,20 @@ CallbackCounts endCounting()
 
 PretendedCallback::PretendedCallback()
 {
-    ++depth;
+    enter();
     count(counters.callbacks);
 }
 
 PretendedCallback::~PretendedCallback()
 {
-    --depth;
+    leave();
+}
+
+bool seesEverySystemCall()
+{
+    const bool sees = system_call_watch::begin(seen);
+    system_call_watch::end();
+    return sees;
 }
 
 } // namespace tolvenary::session
@@ -121,6 +173,16 @@ void pw_filter_add_listener(pw_filter *filter, spa_hook *listener, const pw_filt
         abort();
     wrapped.process = process;
     hidden<decltype(pw_filter_add_listener)>("pw_filter_add_listener")(filter, listener, &wrapped, data);
+}
+
+void pw_stream_add_listener(pw_stream *stream, spa_hook *listener, const pw_stream_events *events, void *data)
+{
+    static pw_stream_events wrapped = *events;
+    StreamProcess none = nullptr;
+    if (!watchedStreamProcess.compare_exchange_strong(none, events->process) && none != events->process)
+        abort();
+    wrapped.process = processStream;
+    hidden<decltype(pw_stream_add_listener)>("pw_stream_add_listener")(stream, listener, &wrapped, data);
 }
 
 void *__libc_malloc(std::size_t size);
@@ -183,42 +245,42 @@ int pthread_mutex_trylock(pthread_mutex_t *mutex) noexcept
 int pthread_cond_wait(pthread_cond_t *condition, pthread_mutex_t *mutex)
 {
     static auto *real = hidden<int(pthread_cond_t *, pthread_mutex_t *)>("pthread_cond_wait");
-    count(counters.waits);
+    countCall(counters.waits);
     return real(condition, mutex);
 }
 
 int nanosleep(const timespec *duration, timespec *left)
 {
     static auto *real = hidden<int(const timespec *, timespec *)>("nanosleep");
-    count(counters.waits);
+    countCall(counters.waits);
     return real(duration, left);
 }
 
 int poll(pollfd *descriptors, nfds_t number, int timeout)
 {
     static auto *real = hidden<int(pollfd *, nfds_t, int)>("poll");
-    count(counters.waits);
+    countCall(counters.waits);
     return real(descriptors, number, timeout);
 }
 
 ssize_t read(int descriptor, void *buffer, std::size_t size)
 {
     static auto *real = hidden<ssize_t(int, void *, std::size_t)>("read");
-    count(counters.systemCalls);
+    countCall(counters.systemCalls);
     return real(descriptor, buffer, size);
 }
 
 ssize_t write(int descriptor, const void *buffer, std::size_t size)
 {
     static auto *real = hidden<ssize_t(int, const void *, std::size_t)>("write");
-    count(counters.systemCalls);
+    countCall(counters.systemCalls);
     return real(descriptor, buffer, size);
 }
 
 ssize_t sendmsg(int socket, const msghdr *message, int flags)
 {
     static auto *real = hidden<ssize_t(int, const msghdr *, int)>("sendmsg");
-    count(counters.systemCalls);
+    countCall(counters.systemCalls);
     return real(socket, message, flags);
 }
 
@@ -232,7 +294,7 @@ long syscall(long number, ...) noexcept
     for (long &argument : arguments)
         argument = va_arg(list, long);
     va_end(list);
-    count(counters.systemCalls);
+    countCall(counters.systemCalls);
     return real(number, arguments[0], arguments[1], arguments[2], arguments[3], arguments[4], arguments[5]);
 }
 }

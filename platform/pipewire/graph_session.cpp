@@ -14,6 +14,9 @@ namespace
 const std::string deviceKey = "device ";
 const std::string clientKey = "client ";
 
+/// How long a device may take to agree with us on a format, or fail to.
+constexpr auto timeToAgree = std::chrono::milliseconds(500);
+
 std::string lastingName(const std::string &key, const std::string &prefix)
 {
     return key.starts_with(prefix) ? key.substr(prefix.size()) : std::string();
@@ -224,28 +227,46 @@ OSStatus GraphSession::waitUntilThere(const FilterNode &node)
     return status == noErr && node.hasFailed() ? -EIO : status;
 }
 
+// -EAGAIN while one is not there, -EINPROGRESS while the ends of one have still to agree on what to exchange.
 OSStatus GraphSession::linkStatus(const FilterNode &output) const
 {
     const GlobalId id = output.nodeId().value_or(PW_ID_ANY);
     std::size_t made = 0;
+    OSStatus agreed = noErr;
     for (const GraphLink &link : plannedLinks()) {
         const GraphPort *port = m_graph.port(link.outputPort);
         if (port == nullptr || port->nodeId != id)
             continue;
-        if (const OSStatus status = m_linker ? m_linker->statusOf(link) : -ENOTCONN; status != noErr)
+        const OSStatus status = m_linker ? m_linker->statusOf(link) : -ENOTCONN;
+        if (status != noErr && status != -EINPROGRESS)
             return status;
+        if (status != noErr)
+            agreed = status;
         const bool isMade = std::ranges::any_of(m_graph.links, [&](const auto &entry) { return entry.second == link; });
         if (!isMade)
             return -EAGAIN;
         ++made;
     }
-    return made > 0 ? noErr : -EAGAIN;
+    return made > 0 ? agreed : -EAGAIN;
 }
 
 OSStatus GraphSession::waitUntilLinked(const FilterNode &output)
 {
-    const OSStatus status = m_connection.waitUntil([&] { return linkStatus(output) != -EAGAIN; });
-    return status == noErr ? linkStatus(output) : status;
+    const auto end = std::chrono::steady_clock::now() + timeToAgree;
+    OSStatus found = -EAGAIN;
+    const auto isSettled = [&] {
+        found = linkStatus(output);
+        return found == noErr || (found != -EAGAIN && std::chrono::steady_clock::now() >= end);
+    };
+    const OSStatus status = m_connection.waitUntil(isSettled, std::chrono::milliseconds(50));
+    // A device that wakes up late, or whose program hangs, is linked and will be heard.
+    return status == noErr && found != -EINPROGRESS ? found : status;
+}
+
+bool GraphSession::isCarrying(const GraphLink &link) const
+{
+    const OSStatus status = m_linker ? m_linker->statusOf(link) : -ENOTCONN;
+    return status == noErr || status == -EINPROGRESS;
 }
 
 void GraphSession::waitUntilRunning(const FilterNode &node)
@@ -261,7 +282,7 @@ AudioObjectID GraphSession::linkedDevice(const FilterNode &output)
     for (const auto &[linkId, link] : m_graph.links) {
         const GraphPort *from = m_graph.port(link.outputPort);
         const GraphPort *into = m_graph.port(link.inputPort);
-        if (from == nullptr || into == nullptr || !id || from->nodeId != *id)
+        if (from == nullptr || into == nullptr || !id || from->nodeId != *id || !isCarrying(link))
             continue;
         const GraphNode *node = m_graph.node(into->nodeId);
         if (node != nullptr && m_graph.isDevice(*node))

@@ -83,7 +83,7 @@ class GraphSession final : private Connection::Observer
 
     /// Waits until the node and all its ports are in the graph.
     OSStatus waitUntilThere(const FilterNode &node);
-    /// Waits until all links that an output node should have are there, or one has failed.
+    /// Waits until all links that an output node should have are there and agreed on, or one has failed.
     OSStatus waitUntilLinked(const FilterNode &output);
     /// Waits until the node has run a cycle; not an error if it does not.
     void waitUntilRunning(const FilterNode &node);
@@ -125,6 +125,7 @@ class GraphSession final : private Connection::Observer
     std::set<GraphLink> plannedLinks() const { return planLinks(m_graph, wishes()); }
     bool isThere(const FilterNode &node) const;
     OSStatus linkStatus(const FilterNode &output) const;
+    bool isCarrying(const GraphLink &link) const;
 
     std::string m_group;
     Graph m_graph;

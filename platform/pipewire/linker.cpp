@@ -1,5 +1,6 @@
 #include "platform/pipewire/linker.h"
 
+#include <cerrno>
 #include <pipewire/pipewire.h>
 
 namespace tolvenary
@@ -14,6 +15,7 @@ struct Linker::Owned {
     PwHandle<spa_hook> linkHook = makeHook();
 
     void listen();
+    void stateChanged(pw_link_state state);
 };
 
 namespace
@@ -47,14 +49,23 @@ void Linker::Owned::listen()
     static const pw_link_events linkEvents = [] {
         pw_link_events made{};
         made.version = PW_VERSION_LINK_EVENTS;
-        made.info = [](void *data, const pw_link_info *info) {
-            static_cast<Owned *>(data)->isAwaited =
-                info->state >= PW_LINK_STATE_INIT && info->state < PW_LINK_STATE_PAUSED;
-        };
+        made.info = [](void *data, const pw_link_info *info) { static_cast<Owned *>(data)->stateChanged(info->state); };
         return made;
     }();
     pw_proxy_add_listener(proxy.get(), hook.get(), &events, this);
     pw_proxy_add_object_listener(proxy.get(), linkHook.get(), &linkEvents, this);
+}
+
+void Linker::Owned::stateChanged(pw_link_state state)
+{
+    isAwaited = state >= PW_LINK_STATE_INIT && state < PW_LINK_STATE_PAUSED;
+    // One that failed may yet come to be, as when the other side offers another format.
+    if (state != PW_LINK_STATE_ERROR)
+        status = noErr;
+    else if (status == noErr)
+        status = -EIO;
+    if (!isAwaited)
+        linker.m_changed();
 }
 
 Linker::Linker(pw_core *core, std::function<void()> changed) : m_core(core), m_changed(std::move(changed)) {}
@@ -95,7 +106,9 @@ std::set<GlobalId> Linker::awaitedInputs() const
 OSStatus Linker::statusOf(const GraphLink &link) const
 {
     const auto found = m_owned.find(link);
-    return found == m_owned.end() ? noErr : found->second->status;
+    if (found == m_owned.end())
+        return noErr;
+    return found->second->status == noErr && found->second->isAwaited ? -EINPROGRESS : found->second->status;
 }
 
 } // namespace tolvenary

@@ -17,7 +17,7 @@ namespace tolvenary
 class Linker
 {
   public:
-    /// `changed` is called when a link failed.
+    /// `changed` is called when a link failed, or when both its ends have agreed.
     Linker(pw_core *core, std::function<void()> changed);
     ~Linker();
     Linker(const Linker &) = delete;
@@ -33,8 +33,9 @@ class Linker
     /// agree.
     std::set<GlobalId> awaitedInputs() const;
 
-    /// Why the link could not be made; noErr while it may still come. A failed link is not tried again until it has not
-    /// been wanted for once, as when one of its ports has gone.
+    /// Why nothing passes the link; -EINPROGRESS while its ends have still to agree, noErr when they have, or for one
+    /// that is not ours. One that the server refused is not tried again until it has not been wanted for once, as
+    /// when one of its ports has gone.
     OSStatus statusOf(const GraphLink &link) const;
 
   private:

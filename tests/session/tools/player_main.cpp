@@ -1,6 +1,7 @@
 #include "tests/session/tools/feeder.h"
 #include "tests/session/tools/liar.h"
 #include "tests/session/tools/stream_player.h"
+#include "tests/session/tools/unfit_sink.h"
 
 #include <chrono>
 #include <csignal>
@@ -48,17 +49,25 @@ void play(const PlayerOptions &options)
             for (StreamPlayer &player : *static_cast<std::deque<StreamPlayer> *>(data))
                 player.changeFormat();
         };
+        std::optional<UnfitSink> sink;
         const auto changeStory = [](void *data, int /*signal*/) {
             static_cast<std::optional<Liar> *>(data)->value().changeStory();
         };
+        const auto decline = [](void *data, int /*signal*/) {
+            static_cast<std::optional<UnfitSink> *>(data)->value().decline();
+        };
         if (options.lie)
             pw_loop_add_signal(pw_main_loop_get_loop(loop), SIGUSR1, changeStory, &liar);
+        else if (options.sink)
+            pw_loop_add_signal(pw_main_loop_get_loop(loop), SIGUSR1, decline, &sink);
         else
             pw_loop_add_signal(pw_main_loop_get_loop(loop), SIGUSR1, change, &players);
         if (options.feed)
             feeder.emplace(pw_main_loop_get_loop(loop), options);
         else if (options.lie)
             liar.emplace(pw_main_loop_get_loop(loop), options);
+        else if (options.sink)
+            sink.emplace(pw_main_loop_get_loop(loop), options);
         else
             for (int i = 0; i < options.streams; ++i)
                 players.emplace_back(pw_main_loop_get_loop(loop), options);
@@ -69,7 +78,7 @@ void play(const PlayerOptions &options)
 
 } // namespace
 
-/// Plays until it is told to end; goes on in another format, or with another lie, at SIGUSR1.
+/// Plays until it is told to end; goes on in another format, with another lie, or declines all sound, at SIGUSR1.
 int main(int argc, char **argv)
 {
     pw_init(&argc, &argv);

@@ -9,8 +9,8 @@ namespace tolvenary::session
 {
 
 /// What the player is told on its command line: --name NAME, --application NAME, --rate RATE, --streams COUNT, --visits
-/// COUNT, --feed, --source, --withhold, --die, --lie or --keep-channels, and then for each channel CHANNEL=SOUND, for
-/// example FL=tone:997:0.25.
+/// COUNT, --feed, --source, --withhold, --sink, --die, --lie or --keep-channels, and then for each channel CHANNEL=SOUND,
+/// for example FL=tone:997:0.25.
 struct PlayerOptions {
     std::string name = "player";
     std::string application = "Player";
@@ -20,6 +20,7 @@ struct PlayerOptions {
     bool feed = false;         ///< play into whatever is linked by hand, instead of into the default sink
     bool source = false;       ///< be a microphone
     bool withhold = false;     ///< be one that never delivers anything
+    bool sink = false;         ///< be a sink that takes nothing, and says so at SIGUSR1
     bool die = false;          ///< be killed after a quarter of a second, in the middle of a cycle
     bool lie = false;          ///< say of the samples that they are where they are not
     bool keepChannels = false; ///< the server shall not make them those of the sink

@@ -77,7 +77,7 @@ void GraphSession::update()
     for (GraphWatcher *watcher : m_watchers)
         watcher->graphChanged();
     if (m_linker)
-        m_linker->setWanted(plannedLinks());
+        m_linker->setWanted(plannedLinks(), std::chrono::steady_clock::now().time_since_epoch());
     m_connection.wake();
 }
 
@@ -186,7 +186,8 @@ void GraphSession::tick()
     const bool wasHeld = isMicrophoneHeld();
     watchForHungMicrophone();
     // That the new microphone is heard the real-time thread may not tell: looked for here.
-    if (hasNewVerdict || isChangingMicrophone() || isMicrophoneHeld() != wasHeld)
+    const bool hasLinkToRemake = m_linker != nullptr && m_linker->hasLinkToRemake(now);
+    if (hasNewVerdict || isChangingMicrophone() || isMicrophoneHeld() != wasHeld || hasLinkToRemake)
         update();
 }
 

@@ -10,12 +10,14 @@ struct Linker::Owned {
     Linker &linker;
     OSStatus status = noErr;
     bool isAwaited = true;
+    bool isLost = false; ///< to be made again
     PwHandle<pw_proxy> proxy;
     PwHandle<spa_hook> hook = makeHook(); // declared last, both: taken out before the proxy goes
     PwHandle<spa_hook> linkHook = makeHook();
 
     void listen();
     void stateChanged(pw_link_state state);
+    void removed();
 };
 
 namespace
@@ -44,6 +46,7 @@ void Linker::Owned::listen()
             owned->status = result < 0 ? result : -EIO;
             owned->linker.m_changed();
         };
+        made.removed = [](void *data) { static_cast<Owned *>(data)->removed(); };
         return made;
     }();
     static const pw_link_events linkEvents = [] {
@@ -60,6 +63,7 @@ void Linker::Owned::stateChanged(pw_link_state state)
 {
     isAwaited = state >= PW_LINK_STATE_INIT && state < PW_LINK_STATE_PAUSED;
     // One that failed may yet come to be, as when the other side offers another format.
+    isLost = state == PW_LINK_STATE_ERROR;
     if (state != PW_LINK_STATE_ERROR)
         status = noErr;
     else if (status == noErr)
@@ -68,17 +72,36 @@ void Linker::Owned::stateChanged(pw_link_state state)
         linker.m_changed();
 }
 
+// By somebody else; also when one of its ports has gone, of which the registry may tell a little later. One that could
+// not be made in the first place is removed, too, and would fail again.
+void Linker::Owned::removed()
+{
+    if (status != noErr)
+        return;
+    status = -ENOLINK;
+    isAwaited = false;
+    isLost = true;
+    linker.m_changed();
+}
+
 Linker::Linker(pw_core *core, std::function<void()> changed) : m_core(core), m_changed(std::move(changed)) {}
 
 Linker::~Linker() = default;
 
-void Linker::setWanted(const std::set<GraphLink> &wanted)
+void Linker::setWanted(const std::set<GraphLink> &wanted, LinkPauses::Time now)
 {
-    std::erase_if(m_owned, [&](const auto &entry) { return !wanted.contains(entry.first); });
+    m_pauses.keep(wanted);
+    for (const auto &[link, owned] : m_owned) {
+        if (owned->isLost)
+            m_pauses.lost(link, now);
+    }
+    std::erase_if(
+        m_owned, [&](const auto &entry) { return !wanted.contains(entry.first) || m_pauses.isOver(entry.first, now); });
     for (const GraphLink &link : wanted) {
         if (m_owned.contains(link))
             continue;
-        auto owned = std::make_unique<Owned>(Owned{*this, noErr, true, makeLink(m_core, link)});
+        m_pauses.made(link, now);
+        auto owned = std::make_unique<Owned>(Owned{*this, noErr, true, false, makeLink(m_core, link)});
         if (owned->proxy)
             owned->listen();
         else
@@ -89,6 +112,7 @@ void Linker::setWanted(const std::set<GraphLink> &wanted)
 
 void Linker::forgetPort(GlobalId port)
 {
+    m_pauses.forgetPort(port);
     std::erase_if(
         m_owned, [port](const auto &entry) { return entry.first.outputPort == port || entry.first.inputPort == port; });
 }

@@ -2,6 +2,7 @@
 
 #include "platform/os_status.h"
 #include "platform/pipewire/graph.h"
+#include "platform/pipewire/link_pauses.h"
 #include "platform/pipewire/pw_handles.h"
 
 #include <functional>
@@ -23,7 +24,10 @@ class Linker
     Linker(const Linker &) = delete;
     Linker &operator=(const Linker &) = delete;
 
-    void setWanted(const std::set<GraphLink> &wanted);
+    /// What has been lost is made again when its pause is over.
+    void setWanted(const std::set<GraphLink> &wanted, LinkPauses::Time now);
+    /// Whether one is, so that setWanted() would make it.
+    bool hasLinkToRemake(LinkPauses::Time now) const { return m_pauses.isAnyOver(now); }
 
     /// Lets go of the port's links, at once when it has gone: its id may be another port's before anybody plans anew,
     /// and the link of before must not be taken for that one's.
@@ -44,6 +48,7 @@ class Linker
     pw_core *m_core;
     std::function<void()> m_changed;
     std::map<GraphLink, std::unique_ptr<Owned>> m_owned;
+    LinkPauses m_pauses;
 };
 
 } // namespace tolvenary

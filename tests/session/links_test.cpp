@@ -28,7 +28,55 @@ std::vector<GraphLink> linksInto(const SoundGraph &graph, const std::string &nam
     return found;
 }
 
+/// Takes one away, as a user does in a graph editor.
+void cut(const GraphLink &link)
+{
+    runToEnd({"pw-link", "-d", std::to_string(link.id)});
+}
+
+std::vector<GraphLink> linksFrom(const SoundGraph &graph, const std::string &name)
+{
+    std::vector<GraphLink> found = graph.links;
+    const GraphNode *node = graph.node(name);
+    std::erase_if(found, [&](const GraphLink &link) { return node == nullptr || link.outputNode != node->id; });
+    return found;
+}
+
+/// The links of ours between two nodes, one of which a stranger's.
+std::vector<GraphLink> ourLinksWith(const std::string &stranger)
+{
+    const SoundGraph graph = SoundGraph::read();
+    std::vector<GraphLink> found = linksFrom(graph, stranger);
+    for (const GraphLink &link : linksInto(graph, stranger))
+        found.push_back(link);
+    const auto ours = MixBed::nodesOfProgram(graph);
+    const auto isOurs = [&](std::uint32_t node) { return std::ranges::find(ours, node, &GraphNode::id) != ours.end(); };
+    std::erase_if(found, [&](const GraphLink &link) { return !isOurs(link.outputNode) && !isOurs(link.inputNode); });
+    return found;
+}
+
 } // namespace
+
+class CutLinks : public testing::TestWithParam<const char *>
+{
+};
+
+TEST_P(CutLinks, areMadeAgainAndTheMixReturns)
+{
+    MixBed bed;
+    bed.run();
+    Recorder recorder(bed.session(), {bed.monitor("FL"), bed.monitor("FR")});
+    ASSERT_TRUE(becomesHeard(bed, recorder, theWholeMix));
+    const auto links = ourLinksWith(GetParam());
+    ASSERT_FALSE(links.empty());
+    for (const GraphLink &link : links)
+        cut(link);
+    EXPECT_TRUE(becomesHeard(bed, recorder, theWholeMix));
+    EXPECT_TRUE(statusBecomes(bed, isRunning)) << bed.status();
+}
+
+INSTANTIATE_TEST_SUITE_P(With, CutLinks, testing::Values("blackhole_2ch", "microphone", "player"),
+                         [](const auto &info) { return std::string(info.param); });
 
 TEST(Links, thatFailDuringAMixAreNotTakenForTheDevice)
 {

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "platform/pipewire/graph.h"
+
+#include <chrono>
+#include <map>
+#include <optional>
+#include <set>
+
+namespace tolvenary
+{
+
+/// When a link that has been lost, though both its ends are there, is to be made again: somebody took it away, in a
+/// graph editor by a slip of the hand, or with a patchbay that wants it so and would do it again at once. The pauses
+/// grow while that goes on.
+///
+/// Pure logic, with the time handed in. Control thread.
+class LinkPauses
+{
+  public:
+    using Time = std::chrono::duration<double>;
+
+    void made(const GraphLink &link, Time now);
+    /// Any number of times for one loss.
+    void lost(const GraphLink &link, Time now);
+
+    /// Whether the link has been lost and its pause is over.
+    bool isOver(const GraphLink &link, Time now) const;
+    bool isAnyOver(Time now) const;
+
+    /// Forgets all others.
+    void keep(const std::set<GraphLink> &wanted);
+    void forgetPort(GlobalId port);
+
+  private:
+    struct Pause {
+        Time madeAt{};
+        Time length{};
+        std::optional<Time> end;
+    };
+    std::map<GraphLink, Pause> m_pauses;
+};
+
+} // namespace tolvenary

@@ -21,6 +21,12 @@ const GraphNode *Graph::node(GlobalId id) const
     return found == nodes.end() ? nullptr : &found->second;
 }
 
+const GraphNode *Graph::nodeWithSerial(std::uint64_t serial) const
+{
+    const auto found = std::ranges::find_if(nodes, [&](const auto &entry) { return entry.second.serial == serial; });
+    return found == nodes.end() ? nullptr : &found->second;
+}
+
 const GraphPort *Graph::port(GlobalId id) const
 {
     const auto found = ports.find(id);

@@ -66,6 +66,7 @@ class Graph
     void clear() { *this = Graph(); }
 
     const GraphNode *node(GlobalId id) const;
+    const GraphNode *nodeWithSerial(std::uint64_t serial) const;
     const GraphPort *port(GlobalId id) const;
     /// The newest node of that name: after a device came back its predecessor may linger for a moment.
     const GraphNode *nodeNamed(const std::string &name) const;

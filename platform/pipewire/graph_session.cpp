@@ -84,15 +84,15 @@ void GraphSession::update()
 void GraphSession::followMicrophone()
 {
     const GraphNode *source = microphone();
-    const std::optional<GlobalId> id = source != nullptr ? std::optional(source->id) : std::nullopt;
+    const std::optional<std::uint64_t> serial = source != nullptr ? std::optional(source->serial) : std::nullopt;
     const auto now = std::chrono::steady_clock::now().time_since_epoch();
     for (auto &[node, role] : m_nodes) {
         auto *input = std::get_if<InputRole>(&role);
         if (input == nullptr)
             continue;
-        input->hold.follow(id);
+        input->hold.follow(serial);
         // Who comes after one that is held has nobody to take over from.
-        input->change.observe(input->hold.isHolding() ? std::nullopt : id, input->ports->heardSet(), now);
+        input->change.observe(input->hold.isHolding() ? std::nullopt : serial, input->ports->heardSet(), now);
         input->ports->setWanted(input->change.set());
     }
 }

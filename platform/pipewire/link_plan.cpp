@@ -91,7 +91,7 @@ void planInput(Links &links, const Graph &graph, const LinkWishes &wishes, const
     const GraphNode *source = microphoneOf(graph, wishes);
     if (source != nullptr && !wish.isMicrophoneHeld)
         planSource(links, graph.capturePorts(*source), portsOfSet(graph, wish.nodeId, wish.set));
-    const GraphNode *leaving = wish.leaving ? graph.node(*wish.leaving) : nullptr;
+    const GraphNode *leaving = wish.leaving ? graph.nodeWithSerial(*wish.leaving) : nullptr;
     if (leaving != nullptr)
         planSource(links, graph.capturePorts(*leaving), portsOfSet(graph, wish.nodeId, 1 - wish.set));
 }

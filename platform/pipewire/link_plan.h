@@ -33,10 +33,11 @@ struct OutputWish {
 };
 struct InputWish {
     GlobalId nodeId = 0;
-    bool isInOrder = true;                          ///< the output waits for it in each cycle
-    std::size_t set = 0;                            ///< of its ports, for the microphone
-    std::optional<GlobalId> leaving = std::nullopt; ///< the microphone of before, still heard at the other set
-    bool isMicrophoneHeld = false;                  ///< not to be linked for now
+    bool isInOrder = true; ///< the output waits for it in each cycle
+    std::size_t set = 0;   ///< of its ports, for the microphone
+    /// Serial of the microphone of before, still heard at the other set; its id may be another's when it has gone.
+    std::optional<std::uint64_t> leaving = std::nullopt;
+    bool isMicrophoneHeld = false; ///< not to be linked for now
 };
 struct TapWish {
     GlobalId nodeId = 0;

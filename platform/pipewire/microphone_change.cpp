@@ -12,7 +12,7 @@ constexpr MicrophoneChange::Time patience{0.5};
 
 } // namespace
 
-void MicrophoneChange::observe(std::optional<GlobalId> microphone, std::size_t heardSet, Time now)
+void MicrophoneChange::observe(std::optional<std::uint64_t> microphone, std::size_t heardSet, Time now)
 {
     if (microphone != m_microphone) {
         begin(microphone, heardSet);
@@ -22,9 +22,9 @@ void MicrophoneChange::observe(std::optional<GlobalId> microphone, std::size_t h
     }
 }
 
-void MicrophoneChange::begin(std::optional<GlobalId> microphone, std::size_t heardSet)
+void MicrophoneChange::begin(std::optional<std::uint64_t> microphone, std::size_t heardSet)
 {
-    const std::optional<GlobalId> before = std::exchange(m_microphone, microphone);
+    const std::optional<std::uint64_t> before = std::exchange(m_microphone, microphone);
     if (!before || !microphone) {
         m_leaving.reset();
         return;

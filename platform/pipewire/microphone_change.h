@@ -20,19 +20,20 @@ class MicrophoneChange
   public:
     using Time = std::chrono::duration<double>;
 
-    /// `microphone` is the node that shall be heard, `heardSet` the set of ports that was heard last.
-    void observe(std::optional<GlobalId> microphone, std::size_t heardSet, Time now);
+    /// `microphone` is the serial of the node that shall be heard (its id may be another's when it has gone),
+    /// `heardSet` the set of ports that was heard last.
+    void observe(std::optional<std::uint64_t> microphone, std::size_t heardSet, Time now);
 
     /// The set of ports for the microphone of now.
     std::size_t set() const { return m_set; }
     /// Who stays linked to the other set for now.
-    std::optional<GlobalId> leaving() const { return m_leaving; }
+    std::optional<std::uint64_t> leaving() const { return m_leaving; }
 
   private:
-    void begin(std::optional<GlobalId> microphone, std::size_t heardSet);
+    void begin(std::optional<std::uint64_t> microphone, std::size_t heardSet);
 
-    std::optional<GlobalId> m_microphone;
-    std::optional<GlobalId> m_leaving;
+    std::optional<std::uint64_t> m_microphone;
+    std::optional<std::uint64_t> m_leaving;
     std::size_t m_set = 0;
     Time m_since{};
 };

@@ -14,7 +14,7 @@ constexpr MicrophoneHold::Time longestPause{16};
 
 } // namespace
 
-void MicrophoneHold::follow(std::optional<GlobalId> microphone)
+void MicrophoneHold::follow(std::optional<std::uint64_t> microphone)
 {
     if (microphone == m_microphone)
         return;

@@ -21,8 +21,8 @@ class MicrophoneHold
   public:
     using Time = std::chrono::duration<double>;
 
-    /// `microphone` is the node that shall be heard; another is not held for what the one before did.
-    void follow(std::optional<GlobalId> microphone);
+    /// `microphone` is the serial of the node that shall be heard; another is not held for what the one before did.
+    void follow(std::optional<std::uint64_t> microphone);
 
     /// From time to time. `isAwaited`: a link to us has been asked for and is not made, though the server answers.
     void observe(bool isAwaited, Time now);
@@ -31,7 +31,7 @@ class MicrophoneHold
     bool isHolding() const { return m_releaseAt.has_value(); }
 
   private:
-    std::optional<GlobalId> m_microphone;
+    std::optional<std::uint64_t> m_microphone;
     std::optional<Time> m_awaitedSince;
     std::optional<Time> m_releaseAt;
     Time m_pause{};

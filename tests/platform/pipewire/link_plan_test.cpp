@@ -103,6 +103,19 @@ TEST(LinkPlan, theMicrophoneOfBeforeStaysAtTheOtherSetOfPorts)
                                      GraphLink{built.out(before, "MONO"), built.in(input, "input_1")}));
 }
 
+TEST(LinkPlan, whoHasTheIdOfAMicrophoneThatHasGoneIsNotHeardInItsPlace)
+{
+    GraphBuilder built;
+    const GlobalId before = built.source("mic", {"MONO"});
+    const GlobalId source = built.source("other", {"MONO"});
+    built.graph.defaultSourceName = "other";
+    const GlobalId input = built.inputNode({"input_1", "other_1"});
+    const std::uint64_t serial = built.graph.nodes[before].serial;
+    built.graph.nodes[before].serial = 1000;
+    EXPECT_THAT(planLinks(built.graph, {{}, {{input, true, 1, serial}}, {}}),
+                UnorderedElementsAre(GraphLink{built.out(source, "MONO"), built.in(input, "other_1")}));
+}
+
 TEST(LinkPlan, aMicrophoneThatIsHeldIsNotLinkedAndTheOrderStays)
 {
     GraphBuilder built;

@@ -1,9 +1,17 @@
 #include "platform/pipewire/sound_paths.h"
 
 #include <algorithm>
+#include <string_view>
 
 namespace tolvenary
 {
+
+namespace
+{
+
+constexpr std::string_view capturing = "Stream/Input/Audio";
+
+} // namespace
 
 SoundPaths::SoundPaths(const Graph &graph) : m_graph(graph)
 {
@@ -31,17 +39,35 @@ bool SoundPaths::isIdleLoopback(const GraphNode &node) const
 
 void SoundPaths::addUpstream(const GraphNode &node, Ids &found, std::unordered_set<GlobalId> &known) const
 {
-    const auto add = [&](const auto &lists, const auto &key) {
-        const auto list = lists.find(key);
-        if (list == lists.end())
-            return;
-        for (const GlobalId id : list->second) {
+    const auto add = [&](const Ids &ids) {
+        for (const GlobalId id : ids) {
             if (known.insert(id).second)
                 found.push_back(id);
         }
     };
-    add(m_linkedInto, node.id);
-    add(m_groups, node.linkGroup);
+    if (const auto linked = m_linkedInto.find(node.id); linked != m_linkedInto.end())
+        add(linked->second);
+    add(feedersInGroup(node));
+}
+
+// A loopback hands on everything, whatever its two ends call themselves. One with four ends, as an echo canceller has
+// them, is two in one: its source is what it captures, and what its sink takes, as a reference, it plays.
+SoundPaths::Ids SoundPaths::feedersInGroup(const GraphNode &node) const
+{
+    const auto group = m_groups.find(node.linkGroup);
+    if (group == m_groups.end() || node.mediaClass == capturing)
+        return {};
+    std::string_view feeder;
+    if (node.mediaClass.starts_with("Audio/Source"))
+        feeder = capturing;
+    else if (node.mediaClass == "Stream/Output/Audio")
+        feeder = "Audio/Sink";
+    Ids feeders;
+    for (const GlobalId id : group->second) {
+        if (m_graph.node(id)->mediaClass == feeder)
+            feeders.push_back(id);
+    }
+    return feeders.empty() ? group->second : feeders;
 }
 
 } // namespace tolvenary

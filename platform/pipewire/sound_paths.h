@@ -27,6 +27,8 @@ class SoundPaths
 
     /// Those that play into the node, then those of its link group.
     void addUpstream(const GraphNode &node, Ids &found, std::unordered_set<GlobalId> &known) const;
+    /// Those of its link group whose sound may come out of the node.
+    Ids feedersInGroup(const GraphNode &node) const;
 
     const Graph &m_graph;
     std::unordered_map<GlobalId, Ids> m_linkedInto;

@@ -293,6 +293,43 @@ TEST(LinkPlan, aSourcePlayedAloudIsTapped)
     EXPECT_EQ(tapLinks(built, built.tapNode()).size(), 2U);
 }
 
+/// An echo canceller, whose source is the default one.
+struct EchoCanceller {
+    GraphBuilder built;
+    GlobalId device = built.source("device.source", {"MONO"}, "device");
+    GlobalId microphone = built.source("microphone", {"MONO"});
+    GlobalId capture = built.node("ec-capture", "Stream/Input/Audio", "ec");
+    GlobalId source = built.source("ec-source", {"MONO"}, "ec");
+    GlobalId sink = built.sink("ec-sink", {"MONO"}, "ec");
+    GlobalId playback = built.stream(player, {"MONO"}, "ec");
+    GlobalId into = built.port(capture, PortDirection::input, "MONO");
+    GlobalId output = built.outputNode();
+
+    EchoCanceller()
+    {
+        built.sink("device", {"MONO"}, "device");
+        built.graph.defaultSourceName = "ec-source";
+    }
+    const GraphNode *microphoneOfMix() const { return microphoneOf(built.graph, {{{output, "device"}}, {}, {}}); }
+};
+
+TEST(LinkPlan, aMicrophoneWithItsEchoCancelledIsOneAlsoWhileTheDeviceIsPlayedAloud)
+{
+    EchoCanceller ec;
+    ec.built.link(ec.built.out(ec.microphone, "MONO"), ec.into);
+    ec.built.link(ec.built.out(ec.device, "MONO"), ec.built.in(ec.sink, "MONO"));
+    ASSERT_NE(ec.microphoneOfMix(), nullptr);
+    EXPECT_EQ(ec.microphoneOfMix()->id, ec.source);
+    EXPECT_THAT(tapLinks(ec.built, ec.built.tapNode()), IsEmpty()) << "it plays what was captured before";
+}
+
+TEST(LinkPlan, anEchoCancellerThatCapturesTheDeviceIsNoMicrophone)
+{
+    EchoCanceller ec;
+    ec.built.link(ec.built.out(ec.device, "MONO"), ec.into);
+    EXPECT_EQ(ec.microphoneOfMix(), nullptr);
+}
+
 TEST(LinkPlan, aLoopbackIsTappedNoSoonerThanSomethingPlaysIntoIt)
 {
     GraphBuilder built;

@@ -13,6 +13,7 @@ constexpr std::uint64_t standsStill = 4;
 constexpr std::uint64_t runsAgain = 2;
 constexpr std::uint64_t neverRuns = 40;
 
+constexpr StallWatch::Time longestTrial{2};
 constexpr StallWatch::Time firstRest{2};
 constexpr StallWatch::Time longestRest{16};
 
@@ -21,12 +22,13 @@ constexpr StallWatch::Time longestRest{16};
 const StallWatch::Verdict &StallWatch::tick(const Progress &progress, const std::set<GlobalId> &streams, Time now)
 {
     forget(streams);
+    watchMicrophone(progress);
     switch (m_state) {
     case State::flowing:
         watch(progress, streams, now);
         break;
     case State::emptying:
-        waitForEmptyTap(progress);
+        waitForEmptyTap(progress, now);
         break;
     case State::probing:
         judge(progress, now);
@@ -48,7 +50,6 @@ void StallWatch::forget(const std::set<GlobalId> &streams)
 
 void StallWatch::watch(const Progress &progress, const std::set<GlobalId> &streams, Time now)
 {
-    watchMicrophone(progress);
     if (progress.output != m_mark.output) {
         m_mark = progress;
     } else if (progress.tap == m_mark.tap && progress.microphone >= m_mark.microphone + standsStill) {
@@ -68,14 +69,17 @@ void StallWatch::watch(const Progress &progress, const std::set<GlobalId> &strea
     }
 }
 
+// Always, for it may hang while a stream is on trial. The tap moves on with each verdict, so the count begins where the
+// two stopped.
 void StallWatch::watchMicrophone(const Progress &progress)
 {
-    if (!m_verdict.isMicrophoneInOrder) {
-        m_verdict.isMicrophoneInOrder = progress.microphone != m_mark.microphone;
-        return;
-    }
-    const bool outputStands = progress.output == m_mark.output && progress.microphone == m_mark.microphone;
-    m_verdict.isMicrophoneInOrder = !(outputStands && progress.tap >= m_mark.tap + standsStill);
+    const bool runs = progress.microphone != m_microphoneMark.microphone;
+    if (runs)
+        m_verdict.isMicrophoneInOrder = true;
+    if (runs || progress.output != m_microphoneMark.output)
+        m_microphoneMark = progress;
+    else if (progress.tap >= m_microphoneMark.tap + standsStill)
+        m_verdict.isMicrophoneInOrder = false;
 }
 
 void StallWatch::probe(std::set<GlobalId> suspects)
@@ -86,11 +90,11 @@ void StallWatch::probe(std::set<GlobalId> suspects)
     m_state = State::emptying;
 }
 
-void StallWatch::waitForEmptyTap(const Progress &progress)
+void StallWatch::waitForEmptyTap(const Progress &progress, Time now)
 {
     if (progress.tap >= m_mark.tap + runsAgain) {
         m_state = State::probing;
-        admitNext(progress);
+        admitNext(progress, now);
     } else if (progress.microphone >= m_mark.microphone + neverRuns) {
         // It was none of the streams. The tap stays out of the order, and is looked at again like any other.
         m_mark = progress;
@@ -100,12 +104,14 @@ void StallWatch::waitForEmptyTap(const Progress &progress)
 void StallWatch::judge(const Progress &progress, Time now)
 {
     const bool runs = progress.tap >= m_mark.tap + runsAgain;
-    const bool hangs = !runs && progress.microphone >= m_mark.microphone + standsStill;
+    // With a microphone that hangs, too, nothing is left to count by.
+    const bool isTimeUp = progress.microphone >= m_mark.microphone + standsStill || now - m_trialSince >= longestTrial;
+    const bool hangs = !runs && isTimeUp;
     if (m_onTrial == 0) {
-        admitNext(progress);
+        admitNext(progress, now);
     } else if (runs) {
         m_retries.erase(m_onTrial);
-        admitNext(progress);
+        admitNext(progress, now);
     } else if (hangs) {
         const Time pause = std::clamp(m_retries[m_onTrial].pause * 2, firstRest, longestRest);
         m_retries[m_onTrial] = {now + pause, pause};
@@ -116,9 +122,10 @@ void StallWatch::judge(const Progress &progress, Time now)
     }
 }
 
-void StallWatch::admitNext(const Progress &progress)
+void StallWatch::admitNext(const Progress &progress, Time now)
 {
     m_mark = progress;
+    m_trialSince = now;
     if (m_suspects.empty()) {
         m_onTrial = 0;
         m_verdict.isTapInOrder = true;

@@ -49,9 +49,9 @@ class StallWatch
     void watch(const Progress &progress, const std::set<GlobalId> &streams, Time now);
     void watchMicrophone(const Progress &progress);
     void probe(std::set<GlobalId> suspects);
-    void waitForEmptyTap(const Progress &progress);
+    void waitForEmptyTap(const Progress &progress, Time now);
     void judge(const Progress &progress, Time now);
-    void admitNext(const Progress &progress);
+    void admitNext(const Progress &progress, Time now);
 
     struct Retry {
         Time at{};
@@ -61,8 +61,10 @@ class StallWatch
     State m_state = State::flowing;
     Verdict m_verdict;
     Progress m_mark;
+    Progress m_microphoneMark; ///< when it or the output was last seen to run
     std::set<GlobalId> m_suspects;
     GlobalId m_onTrial = 0;
+    Time m_trialSince{};
     std::map<GlobalId, Retry> m_retries;
 };
 

@@ -125,6 +125,38 @@ TEST_F(StallWatchTest, aHangingMicrophoneDoesNotStopTheApplications)
     EXPECT_EQ(verdict(), StallWatch::Verdict());
 }
 
+TEST_F(StallWatchTest, aMicrophoneThatHangsWhileAStreamIsOnTrialDoesNotStopTheOutputForGood)
+{
+    runTicks(10);
+    m_hanging = {hung};
+    while (verdict().isTapInOrder || verdict().heldStreams.contains(hung))
+        runTicks(1);
+    m_microphoneHangs = true;
+    runTicks(60); // two seconds of trial and one more
+    EXPECT_THAT(verdict().heldStreams, ElementsAre(hung));
+    EXPECT_FALSE(verdict().isMicrophoneInOrder);
+    const std::uint64_t before = m_progress.output;
+    runTicks(1000);
+    EXPECT_EQ(m_progress.output, before + 2000) << "also whenever it is tried again";
+}
+
+TEST_F(StallWatchTest, aMicrophoneThatHangsWhileNoStreamIsAdmittedDoesNotStopTheOutputForGood)
+{
+    runTicks(10);
+    m_hanging = {hung};
+    while (verdict().heldStreams != m_streams)
+        runTicks(1);
+    m_microphoneHangs = true;
+    runTicks(100);
+    const std::uint64_t before = m_progress.output;
+    runTicks(10);
+    EXPECT_EQ(m_progress.output, before + 20);
+    m_hanging = {};
+    m_microphoneHangs = false;
+    runTicks(100);
+    EXPECT_EQ(verdict(), StallWatch::Verdict());
+}
+
 TEST_F(StallWatchTest, aStandingGraphIsNobodysFault)
 {
     runTicks(10);

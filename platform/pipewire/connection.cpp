@@ -228,9 +228,9 @@ void Connection::denied()
     finishRoundTrips([](const RoundTrip &) { return true; }, true);
 }
 
-OSStatus Connection::waitUntil(FunctionRef<bool()> condition)
+OSStatus Connection::waitUntil(FunctionRef<bool()> condition, std::chrono::nanoseconds recheck)
 {
-    const OSStatus status = waitForOthers(condition, answerTime);
+    const OSStatus status = waitForOthers(condition, recheck);
     if (status == -ETIMEDOUT && m_responsive) {
         m_responsive = false;
         roundTrip([](bool) {});

@@ -63,11 +63,11 @@ class Connection
 
     /// Waits, releasing the lock meanwhile, until `condition` holds (it is evaluated under the lock after each thing
     /// that happens). Gives -ENOTCONN without a server; -ETIMEDOUT at once from a server that has not been answering,
-    /// and after a second in vain, from when on it counts as one. Never call it on the control thread.
-    OSStatus waitUntil(FunctionRef<bool()> condition);
+    /// and after a second in vain, from when on it counts as one. `recheck` is how often to look, for conditions that
+    /// change without a wake(). Never call it on the control thread.
+    OSStatus waitUntil(FunctionRef<bool()> condition, std::chrono::nanoseconds recheck = std::chrono::seconds(1));
 
-    /// The same for what is up to others: that it does not happen says nothing about the server. `recheck` is how often
-    /// to look, for conditions that change without a wake().
+    /// The same for what is up to others: that it does not happen says nothing about the server.
     OSStatus waitForOthers(FunctionRef<bool()> condition, std::chrono::nanoseconds recheck);
 
     /// Wakes the waiting thread to evaluate its condition again.

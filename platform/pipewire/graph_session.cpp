@@ -166,17 +166,21 @@ void GraphSession::nodesChanged()
     update();
 }
 
+template <typename Role> std::uint64_t GraphSession::cyclesOf() const
+{
+    std::uint64_t cycles = 0;
+    for (const auto &[node, role] : m_nodes)
+        cycles += std::holds_alternative<Role>(role) ? node->cycles() : 0;
+    return cycles;
+}
+
 void GraphSession::tick()
 {
+    // The output's cycles are read last: whoever delays us in between must not make it look as if it alone stood still.
     StallWatch::Progress progress;
-    for (const auto &[node, role] : m_nodes) {
-        if (std::holds_alternative<OutputRole>(role))
-            progress.output += node->cycles();
-        else if (std::holds_alternative<TapRole>(role))
-            progress.tap += node->cycles();
-        else if (std::holds_alternative<InputRole>(role))
-            progress.microphone += node->cycles();
-    }
+    progress.tap = cyclesOf<TapRole>();
+    progress.microphone = cyclesOf<InputRole>();
+    progress.output = cyclesOf<OutputRole>();
     std::set<GlobalId> streams;
     for (const TapWish &tap : wishes().taps)
         streams.merge(tappedStreams(m_graph, tap));

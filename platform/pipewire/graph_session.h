@@ -120,6 +120,7 @@ class GraphSession final : private Connection::Observer
     void nodesChanged();
     void followMicrophone();
     void watchForHungMicrophone();
+    template <typename Role> std::uint64_t cyclesOf() const;
     bool isChangingMicrophone() const;
     LinkWishes wishes() const;
     std::set<GraphLink> plannedLinks() const { return planLinks(m_graph, wishes()); }

@@ -33,7 +33,8 @@ TEST(Applications, twoHundredAtOnceAreAllHeardWithoutAGap)
     std::printf("  %zu gaps of ours, %zu of a source, %zu of %zu jumps of the clock\n", gaps.ours, gaps.sources,
                 gaps.xruns, gaps.jumps);
     EXPECT_EQ(gaps.ours, 0U);
-    EXPECT_TRUE(areAllHeard()) << level << " of " << wanted;
+    // Again and again: a machine that is late once spoils a level of half a second.
+    EXPECT_TRUE(bed.waitFor(areAllHeard)) << level << " of " << wanted;
     EXPECT_EQ(bed.status().substr(0, 7), "Running");
 }
 

@@ -9,8 +9,8 @@ namespace tolvenary::session
 {
 
 /// What the player is told on its command line: --name NAME, --application NAME, --rate RATE, --streams COUNT, --visits
-/// COUNT, --feed, --source, --withhold, --sink, --die, --lie or --keep-channels, and then for each channel CHANNEL=SOUND,
-/// for example FL=tone:997:0.25.
+/// COUNT, --feed, --source, --withhold, --sink, --die, --lie or --keep-channels, and then for each channel
+/// CHANNEL=SOUND, for example FL=tone:997:0.25.
 struct PlayerOptions {
     std::string name = "player";
     std::string application = "Player";

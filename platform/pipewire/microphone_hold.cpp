@@ -8,9 +8,9 @@ namespace tolvenary
 namespace
 {
 
-constexpr MicrophoneHold::Time patience{2};
-constexpr MicrophoneHold::Time firstPause{2};
-constexpr MicrophoneHold::Time longestPause{16};
+constexpr MicrophoneHold::Time hangsAfter{2};
+constexpr MicrophoneHold::Time shortestHold{2};
+constexpr MicrophoneHold::Time longestHold{16};
 
 } // namespace
 
@@ -36,10 +36,10 @@ void MicrophoneHold::observe(bool isAwaited, Time now)
     }
     if (!m_awaitedSince)
         m_awaitedSince = now;
-    if (now - *m_awaitedSince < patience)
+    if (now - *m_awaitedSince < hangsAfter)
         return;
     m_awaitedSince.reset();
-    m_pause = std::clamp(m_pause * 2, firstPause, longestPause);
+    m_pause = std::clamp(m_pause * 2, shortestHold, longestHold);
     m_releaseAt = now + m_pause;
 }
 

@@ -86,7 +86,8 @@ class Judge
         for (const RecordedCycle &cycle : recording.cycles)
             m_findings.quanta.insert(cycle.frames);
         for (const Stretch stretch : recording.unbroken()) {
-            const std::size_t excused = stretch.begin > 0 ? afterCycles(recording, stretch.begin) : stretch.begin;
+            // A recording's beginning, too, may follow a jump: nobody heard what came before.
+            const std::size_t excused = afterCycles(recording, stretch.begin);
             for (std::size_t at = stretch.begin; at + m_fit.frames() <= stretch.end; at += m_fit.frames() / 2)
                 judgeWindow(recording, at, at < excused);
         }

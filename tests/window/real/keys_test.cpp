@@ -1,6 +1,7 @@
 #include "tests/window/real/window_test.h"
 
 #include <QImage>
+#include <algorithm>
 
 // The panel under the keyboard alone.
 
@@ -39,6 +40,24 @@ class WindowKeys : public WindowTest
     {
         const ScreenBox box = boxOf(slider, "slider");
         return desktop().display().screenshot().copy(box.right() + 12, box.y, 56, box.height);
+    }
+
+    /// Where a number is drawn: it alone has a colour, and what twinkles behind it is grey.
+    static bool isNumber(QRgb pixel)
+    {
+        const auto [least, most] = std::minmax({qRed(pixel), qGreen(pixel), qBlue(pixel)});
+        return most - least > 100;
+    }
+
+    /// Whether both show the same number: a star on the edge of a digit changes some pixels, another digit dozens.
+    static bool isSameNumber(const QImage &one, const QImage &other)
+    {
+        int differing = 0;
+        for (int y = 0; y < one.height(); ++y) {
+            for (int x = 0; x < one.width(); ++x)
+                differing += isNumber(one.pixel(x, y)) != isNumber(other.pixel(x, y)) ? 1 : 0;
+        }
+        return differing < 8;
     }
 };
 
@@ -102,11 +121,12 @@ TEST_F(WindowKeys, moveTheSliderThatHasTheKeyboard)
         tabTo(slider);
         const QImage one = readOutOf(slider);
         EXPECT_TRUE(leadsTo("Right", slider, 1.05));
-        EXPECT_TRUE(eventually([&] { return readOutOf(slider) != one; })) << "the read-out stands still";
+        EXPECT_TRUE(eventually([&] { return !isSameNumber(readOutOf(slider), one); })) << "the read-out stands still";
         EXPECT_TRUE(leadsTo("Up", slider, 1.10));
         EXPECT_TRUE(leadsTo("Left", slider, 1.05));
         EXPECT_TRUE(leadsTo("Down", slider, 1.00));
-        EXPECT_TRUE(eventually([&] { return readOutOf(slider) == one; })) << "the read-out does not come back";
+        EXPECT_TRUE(eventually([&] { return isSameNumber(readOutOf(slider), one); }))
+            << "the read-out does not come back";
         EXPECT_TRUE(leadsTo("Page_Up", slider, 1.25));
         EXPECT_TRUE(leadsTo("Page_Down", slider, 1.00));
         EXPECT_TRUE(leadsTo("End", slider, 2));

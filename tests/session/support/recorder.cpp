@@ -8,6 +8,7 @@
 #include <pipewire/filter.h>
 #include <pipewire/pipewire.h>
 #include <stdexcept>
+#include <string>
 
 namespace tolvenary::session
 {
@@ -42,6 +43,7 @@ struct Recorder::Node {
     void addPort(std::size_t track);
     void process(const spa_io_position &position); // real-time
     void makeRoom(std::size_t frames);
+    std::string standstill();
 
     static const pw_filter_events events;
 
@@ -134,6 +136,19 @@ void Recorder::Node::process(const spa_io_position &position)
         state.store(State::done, std::memory_order_release);
 }
 
+/// Why a recording has not come to its end: whether cycles still come, and how far it went. It is given up with this.
+std::string Recorder::Node::standstill()
+{
+    const std::uint64_t before = cyclesSeen;
+    std::this_thread::sleep_for(std::chrono::seconds(1));
+    const std::uint64_t since = cyclesSeen - before;
+    state.store(State::idle, std::memory_order_relaxed);
+    return "the graph stopped while it was recorded: " + std::to_string(taken) + " of " + std::to_string(wanted) +
+           " frames after " + std::to_string(take.cycles.size()) + " cycles, the last of " +
+           std::to_string(take.cycles.empty() ? 0 : take.cycles.back().frames) + " frames; " + std::to_string(since) +
+           " cycles in the last second";
+}
+
 Recorder::Recorder(PrivateSession &session, const std::vector<std::string> &ports)
     : m_session(session), m_node(std::make_unique<Node>(ports.size()))
 {
@@ -176,7 +191,7 @@ Recording Recorder::finish(const std::function<void()> &meanwhile)
     };
     const auto patience = std::chrono::seconds(10 + m_node->wanted / 16000);
     if (!waitUntil([this] { return isDone(); }, patience, pause))
-        throw std::runtime_error("the graph stopped while it was recorded");
+        throw std::runtime_error(m_node->standstill());
     Recording recording = std::move(m_node->take);
     for (Samples &track : recording.tracks)
         track.resize(m_node->taken);

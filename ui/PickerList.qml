@@ -26,8 +26,10 @@ ListView {
 
     function showChosenRow() {
         pointed = false;
-        // From the top, because assistive tools list the rows in the order of their making.
+        // Anew from the top, because assistive tools list the rows in the order of their making.
         currentIndex = -1;
+        model = null;
+        model = rows;
         positionViewAtBeginning();
         forceLayout();
         currentIndex = rows.selectedRow;
@@ -36,6 +38,9 @@ ListView {
 
     model: rows
     implicitHeight: count * rowHeight
+    // All rows are there at once: some assistive tools never learn of one that is made by scrolling to it.
+    displayMarginBeginning: count * rowHeight
+    displayMarginEnd: count * rowHeight
     clip: true
     focus: true
     boundsBehavior: Flickable.StopAtBounds

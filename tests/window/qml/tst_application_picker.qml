@@ -114,6 +114,17 @@ Item {
             compare(shownText(), "— pick an app —");
         }
 
+        function test_everyRowIsThereInItsOrderBeforeAnyoneScrolls() {
+            stage.runApplications(many.slice(30));
+            open();
+            keyClick(Qt.Key_Escape);
+            tryVerify(() => !item("appPicker").opened);
+            stage.runApplications(many);
+            const list = open();
+            const made = Array.from(list.contentItem.children).filter(child => child instanceof PickerRow);
+            compare(made.map(row => row.text), ["— pick an app —"].concat(many));
+        }
+
         function test_aLongListStaysInTheWindowAndScrolls() {
             stage.runApplications(many);
             const list = open();

@@ -1,8 +1,5 @@
 #include "tests/window/real/window_test.h"
 
-#include <QLibraryInfo>
-#include <QVersionNumber>
-
 // A picker under real mouse and keys.
 
 namespace tolvenary::session
@@ -98,8 +95,6 @@ TEST_F(WindowPicker, theWheelOverItChoosesARowAtATime)
 
 TEST_F(WindowPicker, theWheelScrollsAListThatIsLongerThanTheWindow)
 {
-    if (QLibraryInfo::version() >= QVersionNumber(6, 8))
-        GTEST_SKIP() << "this Qt tells assistive tools, by which the test sees, of no row that came by scrolling";
     std::vector<std::unique_ptr<ChildProcess>> players;
     for (int number = 10; number < 40; ++number)
         players.push_back(playApplication(desktop().session(), {.nodeName = "player-" + std::to_string(number),
@@ -119,8 +114,12 @@ TEST_F(WindowPicker, theWheelScrollsAListThatIsLongerThanTheWindow)
         hands.wheel(list, 3);
         return lastIsInView();
     }));
-    clickOn(last, "list item");
-    EXPECT_TRUE(eventually([&] { return chosen() == last; })) << chosen();
+    // A list that still moves takes a click as the wish that it stop.
+    EXPECT_TRUE(eventually([&] {
+        if (panel().find(last, "list item"))
+            clickOn(last, "list item");
+        return chosen() == last;
+    })) << chosen();
 }
 
 TEST_F(WindowPicker, pickingWhileTheMixRunsLeavesItRunning)

@@ -13,11 +13,13 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <functional>
+#include <iterator>
 #include <map>
+#include <optional>
 #include <set>
 #include <stdexcept>
 #include <thread>
-#include <utility>
 
 namespace
 {
@@ -31,16 +33,31 @@ constexpr int mostLinksOfAPort = 100; // the server adds up 128 at one; beyond, 
 constexpr auto measured = 4s;
 constexpr double cyclesMeasured = 4.0 * 48000 / 1024;
 
-/// Microseconds of processor time that all threads of a process have used so far, from the scheduler's own count.
+/// Microseconds of processor time that a thread has used so far, from the scheduler's own count.
+double threadMicroseconds(const std::filesystem::path &task)
+{
+    double nanoseconds = 0;
+    std::ifstream(task / "schedstat") >> nanoseconds;
+    return nanoseconds / 1000;
+}
+
+std::filesystem::path tasksOf(pid_t process)
+{
+    return "/proc/" + std::to_string(process) + "/task";
+}
+
 double processorMicroseconds(pid_t process)
 {
     double sum = 0;
-    for (const auto &task : std::filesystem::directory_iterator("/proc/" + std::to_string(process) + "/task")) {
-        double nanoseconds = 0;
-        std::ifstream(task.path() / "schedstat") >> nanoseconds;
-        sum += nanoseconds / 1000;
-    }
+    for (const auto &task : std::filesystem::directory_iterator(tasksOf(process)))
+        sum += threadMicroseconds(task);
     return sum;
+}
+
+/// Of the main thread alone, where a server does what is not a matter of each cycle.
+double mainThreadMicroseconds(pid_t process)
+{
+    return threadMicroseconds(tasksOf(process) / std::to_string(process));
 }
 
 struct Cost {
@@ -53,18 +70,19 @@ std::string describe(const Cost &cost)
     return std::to_string(std::lround(cost.process)) + ", server " + std::to_string(std::lround(cost.server));
 }
 
-/// Where hundreds have just come, the session manager goes on linking for many seconds.
+/// Where hundreds have just come the session manager and the server go on linking for many seconds.
 void awaitQuiet(const PrivateSession &session)
 {
-    double before = 0;
-    waitUntil(
-        [&] {
-            const double begin = processorMicroseconds(session.soundServer());
-            std::this_thread::sleep_for(2s);
-            const double now = processorMicroseconds(session.soundServer()) - begin;
-            return std::abs(now - std::exchange(before, now)) < 0.1 * now;
-        },
-        90s);
+    const auto spent = [&] {
+        return mainThreadMicroseconds(session.sessionManager()) + mainThreadMicroseconds(session.soundServer());
+    };
+    const auto isQuiet = [&] {
+        const double before = spent();
+        std::this_thread::sleep_for(1s);
+        return spent() - before < 50'000;
+    };
+    if (!waitUntil(isQuiet, 180s))
+        throw std::runtime_error("the servers come to no rest");
 }
 
 Cost measure(const PrivateSession &session, const std::vector<pid_t> &processes)
@@ -180,32 +198,41 @@ double slope(const std::vector<double> &costs)
     return (n * xy - x * y) / (n * xx - x * x);
 }
 
-struct Slopes {
-    std::vector<double> process;
-    std::vector<double> server;
+/// Of each round, the cost at each count.
+using Rounds = std::vector<std::vector<Cost>>;
 
-    void add(const std::vector<Cost> &costs)
-    {
-        std::vector<double> ofProcess;
-        std::vector<double> ofServer;
-        for (const Cost &cost : costs) {
-            ofProcess.push_back(cost.process);
-            ofServer.push_back(cost.server);
-        }
-        process.push_back(slope(ofProcess));
-        server.push_back(slope(ofServer));
-    }
-};
+std::vector<double> ofEach(const Rounds &rounds, const std::function<double(const std::vector<Cost> &)> &figure)
+{
+    std::vector<double> figures;
+    for (const std::vector<Cost> &costs : rounds)
+        figures.push_back(figure(costs));
+    return figures;
+}
 
-void reportSlope(const char *whose, const std::vector<double> &ours, const std::vector<double> &peer)
+void reportFigure(const std::string &work, const Rounds &ours, const Rounds &peer, std::optional<double> mostRatio,
+                  const std::function<double(const std::vector<Cost> &)> &figure)
 {
     report({.part = "Applications",
-            .work = std::string("one application more in each cycle, ") + whose,
+            .work = work,
             .beside = "the same links into pw-loopback",
             .unit = "µs",
-            .ours = ours,
-            .theirs = peer,
-            .mostRatio = 1.0});
+            .ours = ofEach(ours, figure),
+            .theirs = ofEach(peer, figure),
+            .mostRatio = mostRatio});
+}
+
+void reportAll(const char *whose, double Cost::*cost, const Rounds &ours, const Rounds &peer)
+{
+    reportFigure(std::string("one application more in each cycle, ") + whose, ours, peer, 1.0, [&](const auto &costs) {
+        std::vector<double> figures;
+        std::ranges::transform(costs, std::back_inserter(figures), cost);
+        return slope(figures);
+    });
+    // The same from one to so many: that no application costs more because others are there.
+    for (std::size_t i = 1; i < counts.size(); ++i) {
+        reportFigure("of " + std::to_string(counts[i]) + " applications each, " + whose, ours, peer, std::nullopt,
+                     [&](const auto &costs) { return (costs[i].*cost - costs[0].*cost) / (counts[i] - counts[0]); });
+    }
 }
 
 void run(const std::string &program, const std::string &player, int rounds)
@@ -215,23 +242,27 @@ void run(const std::string &program, const std::string &player, int rounds)
     const auto device = makeBlackHole(session, DeviceKind::nullSink);
     const auto microphone = makeMicrophone(session);
     const auto voice = speakInto(session, "microphone", {"MONO=steady:0.25"});
-    Slopes ours;
-    Slopes peer;
+    Rounds ours;
+    Rounds peer;
     for (int round = 0; round < rounds; ++round) {
         std::vector<Cost> costsOfOurs;
         std::vector<Cost> costsOfPeer;
         for (const int count : counts) {
             const auto many = playMany(session, player, count);
-            costsOfOurs.push_back(measureOurs(session, program, many->pid(), count));
+            const bool oursFirst = round % 2 == 0;
+            if (oursFirst)
+                costsOfOurs.push_back(measureOurs(session, program, many->pid(), count));
             costsOfPeer.push_back(measurePeer(session, count));
+            if (!oursFirst)
+                costsOfOurs.push_back(measureOurs(session, program, many->pid(), count));
             progress(std::to_string(count) + " applications, µs a cycle: ours " + describe(costsOfOurs.back()) +
                      "; pw-loopback " + describe(costsOfPeer.back()));
         }
-        ours.add(costsOfOurs);
-        peer.add(costsOfPeer);
+        ours.push_back(costsOfOurs);
+        peer.push_back(costsOfPeer);
     }
-    reportSlope("process", ours.process, peer.process);
-    reportSlope("server", ours.server, peer.server);
+    reportAll("process", &Cost::process, ours, peer);
+    reportAll("server", &Cost::server, ours, peer);
 }
 
 } // namespace

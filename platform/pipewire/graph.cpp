@@ -75,6 +75,18 @@ std::vector<const GraphPort *> Graph::portsOf(GlobalId nodeId, PortDirection dir
     return found;
 }
 
+std::unordered_map<GlobalId, std::vector<const GraphPort *>> Graph::outputPorts() const
+{
+    std::unordered_map<GlobalId, std::vector<const GraphPort *>> found;
+    for (const auto &[id, port] : ports) {
+        if (port.direction == PortDirection::output && !port.isMonitor)
+            found[port.nodeId].push_back(&port);
+    }
+    for (auto &[nodeId, ofNode] : found)
+        sortByIndex(ofNode);
+    return found;
+}
+
 std::vector<const GraphPort *> Graph::playbackPorts(const GraphNode &node) const
 {
     if (!isSink(node))

@@ -4,6 +4,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace tolvenary
@@ -78,6 +79,8 @@ class Graph
 
     /// The node's ports of one direction in their order; monitors are left out.
     std::vector<const GraphPort *> portsOf(GlobalId nodeId, PortDirection direction) const;
+    /// The same of all nodes' outputs, by node: for who asks about many.
+    std::unordered_map<GlobalId, std::vector<const GraphPort *>> outputPorts() const;
     /// Where sound goes into a device: none for a source, whatever ports it has.
     std::vector<const GraphPort *> playbackPorts(const GraphNode &node) const;
     /// Where sound comes out of a device: its own outputs, else its monitors.

@@ -78,6 +78,9 @@ void GraphSession::update()
         watcher->graphChanged();
     if (m_linker)
         m_linker->setWanted(plannedLinks(), std::chrono::steady_clock::now().time_since_epoch());
+    m_tappedStreams.clear();
+    for (const TapWish &tap : wishes().taps)
+        m_tappedStreams.merge(tappedStreams(m_graph, tap));
     m_connection.wake();
 }
 
@@ -181,12 +184,9 @@ void GraphSession::tick()
     progress.tap = cyclesOf<TapRole>();
     progress.microphone = cyclesOf<InputRole>();
     progress.output = cyclesOf<OutputRole>();
-    std::set<GlobalId> streams;
-    for (const TapWish &tap : wishes().taps)
-        streams.merge(tappedStreams(m_graph, tap));
     const StallWatch::Verdict before = m_watch.verdict();
     const auto now = std::chrono::steady_clock::now().time_since_epoch();
-    const bool hasNewVerdict = m_watch.tick(progress, streams, now) != before;
+    const bool hasNewVerdict = m_watch.tick(progress, m_tappedStreams, now) != before;
     const bool wasHeld = isMicrophoneHeld();
     watchForHungMicrophone();
     // That the new microphone is heard the real-time thread may not tell: looked for here.

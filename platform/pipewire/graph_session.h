@@ -138,6 +138,7 @@ class GraphSession final : private Connection::Observer
     std::unique_ptr<Linker> m_linker;
     std::unique_ptr<ClientRights> m_rights;
     bool m_isDenied = false;
+    std::set<GlobalId> m_tappedStreams; ///< as of the last update: to sort out the graph at each tick would cost
     StallWatch m_watch;
     Connection m_connection; // declared last: its thread calls back into all of the above
 };

@@ -189,9 +189,11 @@ void planTap(Links &links, const Graph &graph, const TapWish &wish)
     PortsByName tap;
     for (const GraphPort *port : graph.portsOf(wish.nodeId, PortDirection::input))
         tap.emplace(port->name, port);
+    const auto outputs = graph.outputPorts();
     for (const GlobalId stream : tappedStreams(graph, wish)) {
-        if (!wish.heldStreams.contains(stream))
-            planStream(links, graph.portsOf(stream, PortDirection::output), tap, bankOf(*graph.node(stream)));
+        const auto from = outputs.find(stream);
+        if (from != outputs.end() && !wish.heldStreams.contains(stream))
+            planStream(links, from->second, tap, bankOf(*graph.node(stream)));
     }
 }
 

@@ -45,6 +45,7 @@ class PrivateSession
 
     /// The sound server's process.
     pid_t soundServer() const { return m_pipewire->pid(); }
+    pid_t sessionManager() const { return m_wireplumber->pid(); }
 
     /// Starts a program in this session; its output is in a file of the session.
     std::unique_ptr<ChildProcess> start(const Arguments &command);

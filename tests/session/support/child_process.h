@@ -43,6 +43,6 @@ class ChildProcess
 
 /// Runs a program to its end and returns what it printed; throws std::runtime_error when it fails or takes longer than
 /// `patience`.
-std::string runToEnd(const Arguments &command, std::chrono::milliseconds patience = std::chrono::seconds(10));
+std::string runToEnd(const Arguments &command, std::chrono::milliseconds patience = std::chrono::seconds(30));
 
 } // namespace tolvenary::session

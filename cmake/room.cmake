@@ -1,6 +1,8 @@
-# The rules every target keeps: warnings are errors, and the sanitizers asked for.
+# The rules every target keeps: warnings are errors, unless told otherwise, and the sanitizers asked for.
 add_library(tolvenary_rules INTERFACE)
-target_compile_options(tolvenary_rules INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Werror)
+target_compile_options(
+  tolvenary_rules INTERFACE -Wall -Wextra -Wpedantic -Wconversion $<$<BOOL:${TOLVENARY_WERROR}>:-Werror>
+)
 # Qt's lower-case macros get in the way of other libraries' headers (GLib has a field "signals").
 target_compile_definitions(tolvenary_rules INTERFACE QT_NO_KEYWORDS)
 # Sources that are compiled together keep what is private to one of them all the same.

@@ -12,7 +12,8 @@ say() {
     printf '\n== %s\n' "$*"
 }
 
-# build PRESET [TARGET...]: configures and builds without a word, unless something is wrong.
+# build PRESET [TARGET...]: configures and builds without a word, unless something is wrong. Two at once take turns: ninja
+# does not see to it.
 build() {
     local preset=$1 log
     shift
@@ -20,7 +21,10 @@ build() {
     log="build/$preset.log"
     say "build $preset ${*:-everything}"
     # Not "if ! { … }": bash takes a log that cannot be written for success there.
-    { cmake --preset "$preset" && cmake --build --preset "$preset" ${1:+--target "$@"}; } >"$log" 2>&1 || {
+    {
+        flock 9 &&
+            { cmake --preset "$preset" && cmake --build --preset "$preset" ${1:+--target "$@"}; } >"$log" 2>&1
+    } 9>"build/$preset.lock" || {
         tail -n 60 "$log" || true
         return 1
     }

@@ -5,6 +5,7 @@ that include up to eight of one target each, and the database that belongs to th
 import json
 import os
 import re
+import shlex
 import subprocess
 import sys
 
@@ -31,7 +32,7 @@ for target, (directory, command, sources) in sorted(targets.items()):
         path = os.path.abspath(f"{folder}/{NAME}-{target}-{first // AT_ONCE}.cpp")
         with open(path, "w", encoding="utf-8") as together:
             together.writelines(f'#include "{source}" // NOLINT(bugprone-suspicious-include)\n' for source in sources[first : first + AT_ONCE])
-        entries.append({"directory": directory, "file": path, "command": f"{command} -c {path}"})
+        entries.append({"directory": directory, "file": path, "command": f"{command} -c {shlex.quote(path)}"})
 with open(f"{folder}/compile_commands.json", "w", encoding="utf-8") as out:
     json.dump(entries, out)
 sys.exit(0 if entries else "no sources")

@@ -109,6 +109,18 @@ TEST(SessionBed, anApplicationPlaysIntoTheSpeakers)
     EXPECT_EQ(SoundGraph::read().nodesOfProcess(application->pid()).size(), 1U);
 }
 
+TEST(SessionBed, hasNoDeviceButThoseThatATestMakes)
+{
+    const PrivateSession session;
+    std::vector<std::string> devices;
+    for (const GraphNode &node : SoundGraph::read().nodes) {
+        const auto mediaClass = node.properties.find("media.class");
+        if (mediaClass != node.properties.end() && mediaClass->second.starts_with("Audio/"))
+            devices.push_back(node.name);
+    }
+    EXPECT_THAT(devices, testing::ElementsAre("speakers"));
+}
+
 TEST(SessionBed, anUnpluggedDeviceIsGone)
 {
     PrivateSession session;

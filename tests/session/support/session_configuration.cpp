@@ -90,6 +90,17 @@ void writeAccessRule(const AccessRule &rule, const fs::path &wireplumber)
               "} ]\n");
 }
 
+/// What the machine's administrator has set for all users, our device perhaps: PipeWire reads of files with one name
+/// the user's alone.
+void hideMachinesSettings(const fs::path &pipewire)
+{
+    for (const char *folder : {"client.conf.d", "client-rt.conf.d", "pipewire.conf.d", "pipewire-pulse.conf.d"}) {
+        std::error_code notThere;
+        for (const fs::directory_entry &entry : fs::directory_iterator(fs::path("/etc/pipewire") / folder, notThere))
+            write(pipewire / folder / entry.path().filename(), "# in place of the machine's\n");
+    }
+}
+
 /// Into the configuration directory that the environment names.
 void installDevice(const std::string &installer)
 {
@@ -101,6 +112,7 @@ void installDevice(const std::string &installer)
 
 void writeConfiguration(const SessionConfiguration &configuration, const fs::path &directory)
 {
+    hideMachinesSettings(directory / "pipewire");
     const fs::path pipewire = directory / "pipewire/pipewire.conf.d";
     write(pipewire / "10-clock.conf", clockSettings(configuration));
     if (!configuration.speakers.empty())

@@ -21,6 +21,16 @@ constexpr std::size_t tracksBeforeMix = 4;
 /// The least that is lost in a gap is half a microphone, 0.125; the most that the visitor jumps when it is cut off in
 /// the middle is 0.075.
 constexpr float gapStep = 0.1F;
+/// In ten seconds of moving gains the two together reach 0.77 at least, and 0.65 where the hand that moves them is half
+/// as fast; the player and the visitor alone reach 0.525.
+constexpr float bothTogether = 0.6F;
+
+bool hasBothSources(const Recording &recording)
+{
+    return std::all_of(recording.tracks.begin() + tracksBeforeMix, recording.tracks.end(), [](const Samples &side) {
+        return !side.empty() && *std::max_element(side.begin(), side.end()) > bothTogether;
+    });
+}
 
 PrivateSession &withUrgentClients(PrivateSession &session)
 {
@@ -59,9 +69,8 @@ void SoakStage::visit()
         {.nodeName = "visitor", .applicationName = "Visitor", .channels = {"FL=tone:700:0.05", "FR=tone:900:0.05"}});
 }
 
-SteadyGaps SoakStage::finish()
+SteadyGaps SoakStage::judge(const Recording &recording)
 {
-    const Recording recording = m_recorder->finish();
     m_heardSeconds += static_cast<double>(recording.frames()) / recording.rate;
     return findSteadyGaps(recording, tracksBeforeMix, gapStep);
 }
@@ -82,7 +91,10 @@ SteadyGaps SoakStage::listen()
     do
         visit();
     while (!waitUntil(isDone, 1s));
-    return finish();
+    const Recording recording = m_recorder->finish();
+    if (!hasBothSources(recording))
+        ++m_listensWithoutASource;
+    return judge(recording);
 }
 
 SteadyGaps SoakStage::changeMicrophone()
@@ -90,7 +102,7 @@ SteadyGaps SoakStage::changeMicrophone()
     m_recorder->begin(listenedToAChange);
     m_otherIsDefault = !m_otherIsDefault;
     m_session.chooseDefault(defaultSource, m_otherIsDefault ? "other-microphone" : "microphone");
-    return finish();
+    return judge(m_recorder->finish());
 }
 
 std::optional<double> SoakStage::replugDevice()

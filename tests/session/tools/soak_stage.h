@@ -28,6 +28,9 @@ class SoakStage
     std::optional<double> replugDevice();
     /// Seconds of sound that listen() and changeMicrophone() have heard.
     double heardSeconds() const { return m_heardSeconds; }
+    /// How many times listen() missed the microphone or the player: what is silent from one listen to the next jumps
+    /// in neither.
+    std::size_t listensWithoutASource() const { return m_listensWithoutASource; }
 
     bool isRunning() { return m_program->isRunning(); }
     /// Ends the visit first, so that two such states can be compared.
@@ -37,7 +40,7 @@ class SoakStage
 
   private:
     void visit();
-    SteadyGaps finish();
+    SteadyGaps judge(const Recording &recording);
 
     PrivateSession m_session;
     std::unique_ptr<VirtualDevice> m_device;
@@ -51,6 +54,7 @@ class SoakStage
     std::unique_ptr<Recorder> m_recorder;
     bool m_otherIsDefault = false;
     double m_heardSeconds = 0;
+    std::size_t m_listensWithoutASource = 0;
 };
 
 } // namespace tolvenary::session

@@ -79,6 +79,11 @@ void countWakeUps(pid_t ours, pid_t theirs, bench::Row &row)
     row.theirs.push_back((bench::wakeUps(theirs) - theirsBefore) / seconds);
 }
 
+void minimise(const std::string &windowClass)
+{
+    runToEnd({"xdotool", "search", "--onlyvisible", "--class", windowClass, "windowminimize", "--sync"});
+}
+
 bench::Row emptyRow(const std::string &work, const std::string &unit)
 {
     return {.part = part, .work = work, .beside = patchBay, .unit = unit};
@@ -103,9 +108,19 @@ void run(int argc, char **argv, const std::string &program)
     std::this_thread::sleep_for(2s);
     for (int round = 0; round < rounds; ++round)
         countWakeUps(stage.program(), other->pid(), running);
+    minimise("tolvenary");
+    minimise(patchBay);
+    std::this_thread::sleep_for(2s);
+    bench::Row runningAside = emptyRow("wake-ups, minimised, the mix runs", "1/s");
+    for (int round = 0; round < rounds; ++round)
+        countWakeUps(stage.program(), other->pid(), runningAside);
     stage.pressStop();
-    bench::report(idle);
-    bench::report(running);
+    std::this_thread::sleep_for(2s);
+    bench::Row idleAside = emptyRow("wake-ups, minimised, nothing runs", "1/s");
+    for (int round = 0; round < rounds; ++round)
+        countWakeUps(stage.program(), other->pid(), idleAside);
+    for (const bench::Row &row : {idle, idleAside, running, runningAside})
+        bench::report(row);
 }
 
 void traceStarts(const std::string &program)

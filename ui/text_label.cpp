@@ -13,6 +13,10 @@ namespace tolvenary
 namespace
 {
 
+/// No line of any screen has room for more letters. A name from elsewhere may have a million of them, and to lay all
+/// out would hold the window up for minutes.
+constexpr qsizetype fullLine = 2048;
+
 /// The spans as far as `length` letters, with an ellipsis behind.
 std::vector<MarkdownSpan> cut(std::vector<MarkdownSpan> spans, qsizetype length)
 {
@@ -73,7 +77,9 @@ void TextLabel::layOut()
 {
     if (!isComponentComplete())
         return;
-    const std::vector<MarkdownSpan> all = spans();
+    std::vector<MarkdownSpan> all = spans();
+    if (m_lines > 0 && plainText(all).size() > m_lines * fullLine)
+        all = cut(std::move(all), m_lines * fullLine);
     m_layout = makeLayout(all, INFINITY);
     setImplicitWidth(std::ceil(contentWidth()));
     m_layout = makeLayout(all, width());
@@ -87,7 +93,7 @@ void TextLabel::layOut()
 
 void TextLabel::cutToLines(const std::vector<MarkdownSpan> &spans)
 {
-    // The most letters that fit, found by halving: a name may be thousands of letters long.
+    // The most letters that fit, found by halving.
     qsizetype fitting = 0;
     qsizetype tooMany = plainText(spans).size();
     while (fitting + 1 < tooMany) {
@@ -116,7 +122,9 @@ std::unique_ptr<QTextLayout> TextLabel::makeLayout(const std::vector<MarkdownSpa
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     layout->setTextOption(option);
     layout->beginLayout();
-    for (QTextLine line = layout->createLine(); line.isValid(); line = layout->createLine())
+    // One line too many tells that it does not fit; those behind it are not looked at.
+    for (QTextLine line = layout->createLine(); line.isValid();
+         line = fits(*layout) ? layout->createLine() : QTextLine())
         line.setLineWidth(std::min(width, 1e6));
     layout->endLayout();
     return layout;

@@ -1,8 +1,8 @@
 #include "platform/desktop/x_window_occlusion.h"
 
+#include <QGuiApplication>
 #include <QSocketNotifier>
 #include <cstdlib>
-#include <limits>
 #include <utility>
 #include <xcb/xcb.h>
 
@@ -69,9 +69,9 @@ XWindowOcclusion::~XWindowOcclusion() = default;
 void XWindowOcclusion::observeWindowDidChangeOcclusionState(std::uintptr_t window, std::function<void(bool)> observer)
 {
     m_watch.reset();
-    // Other systems name their windows by what is too large for an X server.
-    const bool isXWindow = window <= std::numeric_limits<xcb_window_t>::max();
-    if (observer && isXWindow && std::getenv("DISPLAY") != nullptr) // NOLINT(concurrency-mt-unsafe): read once, early
+    // A Wayland desktop names an X server, too, and starts it for whoever calls; its own windows it merely counts.
+    const bool isXWindow = QGuiApplication::platformName() == QLatin1String("xcb");
+    if (observer && isXWindow)
         m_watch = std::make_unique<Watch>(static_cast<xcb_window_t>(window), std::move(observer));
 }
 

@@ -35,6 +35,21 @@ TEST_F(Application, theListsAreFilledWithoutBeingAskedFor)
     EXPECT_FALSE(app.coordinator().isRunning());
 }
 
+TEST_F(Application, theDeviceIsThereBeforeTheApplicationsAreListed)
+{
+    platform.shareableContent().applications.holdBack();
+    FakeDevice device;
+    device.id = 5;
+    device.name = "BlackHole 2ch";
+    platform.objects().devices.push_back(device);
+    TolvenaryApp app(platform);
+    ASSERT_TRUE(app.show());
+    ASSERT_TRUE(waitUntil([&] { return platform.shareableContent().applications.waiting() == 1; }));
+    EXPECT_TRUE(app.coordinator().selectedBlackHole().has_value());
+    platform.shareableContent().applications.deliver();
+    processEvents();
+}
+
 TEST_F(Application, theWindowIsNeverSmallerThanItsLeastSizeAndMayBeLarger)
 {
     TolvenaryApp app(platform);

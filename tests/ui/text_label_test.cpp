@@ -2,10 +2,14 @@
 #include "ui/plain_label.h"
 #include "ui/typography.h"
 
+#include <QElapsedTimer>
 #include <QFontMetricsF>
 #include <QGuiApplication>
 #include <QPainter>
 #include <gtest/gtest.h>
+
+#include <algorithm>
+#include <limits>
 
 namespace tolvenary::test
 {
@@ -57,6 +61,31 @@ TEST(TextLabel, isCutAtItsLastLine)
     EXPECT_EQ(label->implicitHeight(), 32);
     // Of letters this narrow, the next one would have gone into what is left of the line.
     EXPECT_GT(plain(QString("i").repeated(1000), 300, 1)->contentWidth(), 295);
+}
+
+TEST(TextLabel, anEndlessNameIsCutAsAnyOther)
+{
+    const auto endless = plain(QString("x").repeated(1000000), 300, 1);
+    const auto merelyLong = plain(QString("x").repeated(1000), 300, 1);
+    EXPECT_TRUE(endless->isTruncated());
+    EXPECT_EQ(endless->lineCount(), 1);
+    EXPECT_EQ(endless->contentWidth(), merelyLong->contentWidth());
+}
+
+TEST(TextLabel, anEndlessNameTakesHardlyLongerThanALongOne)
+{
+    const auto best = [](const QString &text) {
+        qint64 least = std::numeric_limits<qint64>::max();
+        for (int i = 0; i < 3; ++i) {
+            QElapsedTimer clock;
+            clock.start();
+            plain(text, 300, 1);
+            least = std::min(least, clock.nsecsElapsed());
+        }
+        return least;
+    };
+    // Without a limit it would be several hundred times as long.
+    EXPECT_LT(best(QString("x").repeated(50000)), 20 * best(QString("x").repeated(2000)));
 }
 
 TEST(TextLabel, isWholeWhereItFits)

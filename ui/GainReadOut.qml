@@ -9,7 +9,13 @@ Item {
 
     required property real value
     required property color color
-    readonly property string text: value.toFixed(2) + "×"
+    readonly property string text: inHundredths(value) + "×"
+
+    // A half goes to the even digit, as printf has it; toFixed() rounds it up.
+    function inHundredths(gain: real): string {
+        const isHalf = gain * 8 % 2 === 1;
+        return (isHalf ? Math.round(gain * 50) / 50 : gain).toFixed(2);
+    }
 
     implicitWidth: Math.max(56, digits.implicitWidth)
     implicitHeight: digits.implicitHeight

@@ -18,6 +18,9 @@ Item {
                 {tag: "zero", gain: 0, text: "0.00×"},
                 {tag: "a third", gain: 0.35, text: "0.35×"},
                 {tag: "one", gain: 1, text: "1.00×"},
+                {tag: "an eighth", gain: 0.125, text: "0.12×"},
+                {tag: "three eighths", gain: 0.375, text: "0.38×"},
+                {tag: "thirteen eighths", gain: 1.625, text: "1.62×"},
                 {tag: "two", gain: 2, text: "2.00×"},
                 {tag: "out of range", gain: 2.5, text: "2.50×"}
             ];

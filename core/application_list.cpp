@@ -35,10 +35,11 @@ void sortByName(Applications &applications)
 QCoro::Task<void> MixCoordinator::refreshApps()
 {
     const QPointer<MixCoordinator> self(this);
+    const std::uint64_t refresh = ++m_refreshes;
     Result<Applications> content = co_await answer<Result<Applications>>([this](auto handler) {
         m_platform.shareableContent().getShareableContentExcludingDesktopWindows(false, false, handler);
     });
-    if (!self)
+    if (!self || refresh != m_refreshes)
         co_return;
     if (!content)
         co_return setStatus(QStringLiteral("App list error: ") +

@@ -169,6 +169,7 @@ class MixCoordinator : public QObject
     /// Counts starts and teardowns; what was begun under an older number has been overtaken and ends quietly.
     std::uint64_t m_generation = 0;
     bool m_starting = false;
+    std::uint64_t m_refreshes = 0; ///< of the applications: only the last one's answer counts
 
     const AVAudioFormat m_mixFormat;
     const std::shared_ptr<FrameCounters> m_counters;

@@ -25,6 +25,13 @@ template <typename T> class FakeAnswer
         for (const auto &handler : std::exchange(m_waiting, {}))
             handler(m_value);
     }
+    /// Answers the one that asked last.
+    void deliverLast()
+    {
+        const auto handler = std::move(m_waiting.back());
+        m_waiting.pop_back();
+        handler(m_value);
+    }
     std::size_t waiting() const { return m_waiting.size(); }
 
     /// For the fakes.

@@ -130,6 +130,21 @@ TEST_F(ApplicationListTest, anAnswerFromAnotherThreadIsPublishedOnTheMainThread)
     EXPECT_EQ(publishedOn, QThread::currentThread());
 }
 
+TEST_F(ApplicationListTest, anAnswerThatALaterRefreshHasOvertakenIsIgnored)
+{
+    auto &applications = m_platform.shareableContent().applications;
+    applications.holdBack();
+    refreshApps();
+    refreshApps();
+    setApplications({{"Now", 2, ""}});
+    applications.deliverLast();
+    ASSERT_TRUE(waitUntil([&] { return !names().empty(); }));
+    setApplications({{"Before", 1, ""}});
+    applications.deliver();
+    processEvents();
+    EXPECT_THAT(names(), ElementsAre("Now"));
+}
+
 TEST_F(ApplicationListTest, anAnswerThatComesAfterTheCoordinatorIsGoneIsIgnored)
 {
     m_platform.shareableContent().applications.holdBack();

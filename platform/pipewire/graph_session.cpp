@@ -332,8 +332,7 @@ bool GraphSession::isCaptureDenied()
 const GraphNode *GraphSession::device(AudioObjectID id) const
 {
     const std::string name = lastingName(m_ids.keyOf(id).value_or(""), deviceKey);
-    const GraphNode *node = name.empty() ? nullptr : m_graph.nodeNamed(name);
-    return node != nullptr && m_graph.isDevice(*node) ? node : nullptr;
+    return name.empty() ? nullptr : m_graph.deviceNamed(name);
 }
 
 AudioObjectID GraphSession::clientId(const GraphClient &client)

@@ -282,7 +282,9 @@ void Connection::roundTrip(std::function<void(bool answered)> done)
     const auto deadline = std::chrono::steady_clock::now() + answerTime;
     const int sequence = m_core ? pw_core_sync(m_core.get(), PW_ID_CORE, 0) : 0;
     m_roundTrips.push_back({sequence, 2, deadline, std::move(done)});
-    m_loop->arm(m_loop->answerTimer, answerTime);
+    // For the one that has waited longest: who asks again and again must not put off its end.
+    if (m_roundTrips.size() == 1)
+        m_loop->arm(m_loop->answerTimer, answerTime);
 }
 
 void Connection::answered(int sequence)

@@ -40,6 +40,23 @@ const void *takeInput(void *port, std::uint32_t frames)
     return samples;
 }
 
+// real-time: where to write what goes out of a port, or null. The other side has a say in how long the buffers are; one
+// that is too short for the cycle is handed back empty.
+void *giveOutput(void *port, std::uint32_t frames)
+{
+    pw_buffer *buffer = pw_filter_dequeue_buffer(port);
+    if (buffer == nullptr)
+        return nullptr;
+    const spa_data &data = buffer->buffer->datas[0];
+    const bool isRoomy = data.data != nullptr && holdsCycle({0, data.maxsize}, data.maxsize, frames);
+    data.chunk->offset = 0;
+    data.chunk->size = isRoomy ? frames * std::uint32_t{sizeof(float)} : 0;
+    data.chunk->stride = sizeof(float);
+    data.chunk->flags = isRoomy ? SPA_CHUNK_FLAG_NONE : SPA_CHUNK_FLAG_EMPTY;
+    pw_filter_queue_buffer(port, buffer);
+    return isRoomy ? data.data : nullptr;
+}
+
 } // namespace
 
 const float *Cycle::input(std::size_t port) const
@@ -163,7 +180,7 @@ void FilterNode::processCycle(const spa_io_position *position)
         return;
     for (std::size_t i = 0; i < m_ports.size(); ++i) {
         if (m_spec.ports[i].direction == PortDirection::output && m_spec.ports[i].isPositioned)
-            m_buffers[i] = pw_filter_get_dsp_buffer(m_ports[i], frames);
+            m_buffers[i] = giveOutput(m_ports[i], frames);
     }
     const AudioTimeStamp when{position->clock.position, position->clock.nsec, position->clock.rate.denom};
     const bool ran = m_gate.pass([&] { m_process(Cycle(m_buffers, when, frames)); });

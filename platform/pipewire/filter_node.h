@@ -47,7 +47,7 @@ class Cycle
     /// What came in at the port (in the order of NodeSpec::ports); null when no sound did: nothing is linked, or
     /// nothing that is linked is running.
     const float *input(std::size_t port) const;
-    /// Where to write what goes out of the port; null when nobody listens.
+    /// Where to write what goes out of the port; null when nobody listens, or has no room for a cycle.
     float *output(std::size_t port) const;
 
   private:

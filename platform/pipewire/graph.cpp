@@ -8,6 +8,17 @@ namespace tolvenary
 namespace
 {
 
+template <typename Matches>
+const GraphNode *newestNamed(const std::map<GlobalId, GraphNode> &nodes, const std::string &name, Matches matches)
+{
+    const GraphNode *newest = nullptr;
+    for (const auto &[id, node] : nodes) {
+        if (node.name == name && matches(node) && (newest == nullptr || node.serial > newest->serial))
+            newest = &node;
+    }
+    return newest;
+}
+
 void sortByIndex(std::vector<const GraphPort *> &ports)
 {
     std::ranges::sort(ports, {}, [](const GraphPort *port) { return port->index; });
@@ -33,14 +44,21 @@ const GraphPort *Graph::port(GlobalId id) const
     return found == ports.end() ? nullptr : &found->second;
 }
 
-const GraphNode *Graph::nodeNamed(const std::string &name) const
+const GraphNode *Graph::sinkNamed(const std::string &name) const
 {
-    const GraphNode *newest = nullptr;
-    for (const auto &[id, node] : nodes) {
-        if (node.name == name && (newest == nullptr || node.serial > newest->serial))
-            newest = &node;
-    }
-    return newest;
+    return newestNamed(nodes, name, [this](const GraphNode &node) { return isSink(node); });
+}
+
+const GraphNode *Graph::sourceNamed(const std::string &name) const
+{
+    return newestNamed(nodes, name,
+                       [this](const GraphNode &node) { return isDevice(node) && node.mediaClass != "Audio/Sink"; });
+}
+
+const GraphNode *Graph::deviceNamed(const std::string &name) const
+{
+    const GraphNode *sink = sinkNamed(name);
+    return sink != nullptr ? sink : sourceNamed(name);
 }
 
 bool Graph::isSink(const GraphNode &node) const

@@ -69,8 +69,12 @@ class Graph
     const GraphNode *node(GlobalId id) const;
     const GraphNode *nodeWithSerial(std::uint64_t serial) const;
     const GraphPort *port(GlobalId id) const;
-    /// The newest node of that name: after a device came back its predecessor may linger for a moment.
-    const GraphNode *nodeNamed(const std::string &name) const;
+    // The newest of that name: after a device came back its predecessor may linger for a moment. A sink and a source
+    // may share a name, as the two ends of a device do that somebody made by hand.
+    const GraphNode *sinkNamed(const std::string &name) const;
+    const GraphNode *sourceNamed(const std::string &name) const;
+    /// The sink where there are both.
+    const GraphNode *deviceNamed(const std::string &name) const;
 
     /// The nodes that are devices, in the order in which they came.
     std::vector<const GraphNode *> devices() const;

@@ -281,16 +281,21 @@ void GraphSession::waitUntilRunning(const FilterNode &node)
                                std::chrono::milliseconds(2));
 }
 
-AudioObjectID GraphSession::linkedDevice(const FilterNode &output)
+AudioObjectID GraphSession::linkedDevice(FilterNode &output)
 {
+    const auto found = m_nodes.find(&output);
+    const auto *role = found == m_nodes.end() ? nullptr : std::get_if<OutputRole>(&found->second);
     const std::optional<GlobalId> id = output.nodeId();
+    if (role == nullptr || !id)
+        return kAudioObjectUnknown;
     for (const auto &[linkId, link] : m_graph.links) {
         const GraphPort *from = m_graph.port(link.outputPort);
         const GraphPort *into = m_graph.port(link.inputPort);
-        if (from == nullptr || into == nullptr || !id || from->nodeId != *id || !isCarrying(link))
+        if (from == nullptr || into == nullptr || from->nodeId != *id || !isCarrying(link))
             continue;
+        // Somebody may have linked the mix to the speakers as well, to hear it.
         const GraphNode *node = m_graph.node(into->nodeId);
-        if (node != nullptr && m_graph.isDevice(*node))
+        if (node != nullptr && node->name == role->deviceName && m_graph.isDevice(*node))
             return deviceId(*node);
     }
     return kAudioObjectUnknown;
@@ -332,8 +337,7 @@ bool GraphSession::isCaptureDenied()
 const GraphNode *GraphSession::device(AudioObjectID id) const
 {
     const std::string name = lastingName(m_ids.keyOf(id).value_or(""), deviceKey);
-    const GraphNode *node = name.empty() ? nullptr : m_graph.nodeNamed(name);
-    return node != nullptr && m_graph.isDevice(*node) ? node : nullptr;
+    return name.empty() ? nullptr : m_graph.deviceNamed(name);
 }
 
 AudioObjectID GraphSession::clientId(const GraphClient &client)

@@ -88,8 +88,8 @@ class GraphSession final : private Connection::Observer
     /// Waits until the node has run a cycle; not an error if it does not.
     void waitUntilRunning(const FilterNode &node);
 
-    /// The device that the output node is really linked to, 0 if none.
-    AudioObjectID linkedDevice(const FilterNode &output);
+    /// The device that the output node is for, where it is really linked to it; else 0.
+    AudioObjectID linkedDevice(FilterNode &output);
 
     /// The source that is our microphone now; null without one.
     const GraphNode *microphone() const { return microphoneOf(m_graph, wishes()); }

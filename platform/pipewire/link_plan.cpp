@@ -48,7 +48,7 @@ void planOrder(Links &links, const Graph &graph, const LinkWishes &wishes, Globa
 
 void planOutput(Links &links, const Graph &graph, const OutputWish &wish)
 {
-    const GraphNode *device = graph.nodeNamed(wish.deviceName);
+    const GraphNode *device = graph.sinkNamed(wish.deviceName);
     if (device == nullptr)
         return;
     const Ports into = graph.playbackPorts(*device);
@@ -203,10 +203,10 @@ const GraphNode *microphoneOf(const Graph &graph, const LinkWishes &wishes)
 {
     if (graph.defaultSourceName.empty())
         return nullptr;
-    const GraphNode *source = graph.nodeNamed(graph.defaultSourceName);
     // Without a real source a session manager may name a sink: its monitor is what the applications play, and they
     // would be in the mix twice.
-    if (source == nullptr || !graph.isDevice(*source) || source->mediaClass == "Audio/Sink")
+    const GraphNode *source = graph.sourceNamed(graph.defaultSourceName);
+    if (source == nullptr)
         return nullptr;
     const auto isOurs = [&](const GraphNode &upstream) {
         return std::ranges::any_of(wishes.outputs, [&](const OutputWish &output) {

@@ -16,6 +16,7 @@ struct Linker::Owned {
     PwHandle<spa_hook> linkHook = makeHook();
 
     void listen();
+    void refused(int result);
     void stateChanged(pw_link_state state);
     void removed();
 };
@@ -41,11 +42,7 @@ void Linker::Owned::listen()
     static const pw_proxy_events events = [] {
         pw_proxy_events made{};
         made.version = PW_VERSION_PROXY_EVENTS;
-        made.error = [](void *data, int, int result, const char *) {
-            auto *owned = static_cast<Owned *>(data);
-            owned->status = result < 0 ? result : -EIO;
-            owned->linker.m_changed();
-        };
+        made.error = [](void *data, int, int result, const char *) { static_cast<Owned *>(data)->refused(result); };
         made.removed = [](void *data) { static_cast<Owned *>(data)->removed(); };
         return made;
     }();
@@ -57,6 +54,18 @@ void Linker::Owned::listen()
     }();
     pw_proxy_add_listener(proxy.get(), hook.get(), &events, this);
     pw_proxy_add_object_listener(proxy.get(), linkHook.get(), &linkEvents, this);
+}
+
+// Where somebody else has made the same link, as a user does who puts back by hand what he took away by mistake, that
+// one does as well; ours is asked for again in case that it goes.
+void Linker::Owned::refused(int result)
+{
+    isAwaited = false;
+    if (result == -EEXIST)
+        isLost = true;
+    else
+        status = result < 0 ? result : -EIO;
+    linker.m_changed();
 }
 
 void Linker::Owned::stateChanged(pw_link_state state)
@@ -76,7 +85,7 @@ void Linker::Owned::stateChanged(pw_link_state state)
 // not be made in the first place is removed, too, and would fail again.
 void Linker::Owned::removed()
 {
-    if (status != noErr)
+    if (status != noErr || isLost)
         return;
     status = -ENOLINK;
     isAwaited = false;

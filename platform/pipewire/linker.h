@@ -39,7 +39,7 @@ class Linker
 
     /// Why nothing passes the link; -EINPROGRESS while its ends have still to agree, noErr when they have, or for one
     /// that is not ours. One that the server refused is not tried again until it has not been wanted for once, as
-    /// when one of its ports has gone.
+    /// when one of its ports has gone; but one that was there already, somebody else's, is, when that may have gone.
     OSStatus statusOf(const GraphLink &link) const;
 
   private:

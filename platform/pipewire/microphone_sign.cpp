@@ -1,6 +1,7 @@
 #include "platform/pipewire/microphone_sign.h"
 
 #include <array>
+#include <chrono>
 #include <pipewire/pipewire.h>
 #include <pipewire/stream.h>
 #include <spa/param/audio/format-utils.h>
@@ -10,6 +11,9 @@ namespace tolvenary
 
 namespace
 {
+
+/// Where a sign is ended sooner than that, somebody wants none, and would end the next one, too.
+constexpr auto shortestLife = std::chrono::seconds(1);
 
 pw_properties *properties(const GraphSession &session)
 {
@@ -24,7 +28,7 @@ pw_properties *properties(const GraphSession &session)
 
 // Apart from the sign, because it stays for a moment after it.
 struct MicrophoneSign::Recording {
-    explicit Recording(pw_stream *made) : stream(made)
+    Recording(GraphSession &owner, pw_stream *made) : session(owner), stream(made)
     {
         pw_stream_add_listener(stream.get(), hook.get(), events(), this);
     }
@@ -46,12 +50,18 @@ struct MicrophoneSign::Recording {
         static const pw_stream_events table = [] {
             pw_stream_events made{};
             made.version = PW_VERSION_STREAM_EVENTS;
+            made.state_changed = [](void *data, pw_stream_state, pw_stream_state, const char *) {
+                static_cast<const Recording *>(data)->session.connection().scheduleUpdate();
+            };
             made.process = [](void *data) { static_cast<const Recording *>(data)->throwAway(); };
             return made;
         }();
         return &table;
     }
 
+    GraphSession &session;
+    const std::chrono::steady_clock::time_point since = std::chrono::steady_clock::now();
+    bool wasThere = false;
     PwHandle<pw_stream> stream;
     PwHandle<spa_hook> hook = makeHook(); // declared last: taken out before the stream goes
 };
@@ -75,10 +85,23 @@ void MicrophoneSign::graphChanged()
 {
     if (m_session.isMicrophoneHeld())
         return hide();
-    show();
+    showAgain();
     const std::optional<GlobalId> sign = m_recording ? m_recording->nodeId() : std::nullopt;
     if (sign && m_doubt.arises(m_session.graph(), *sign))
         m_session.readDefaultsAnew();
+}
+
+/// Also where somebody has ended it, as some mixers let one do: the microphone is still in use.
+void MicrophoneSign::showAgain()
+{
+    if (m_recording && m_recording->nodeId()) {
+        m_recording->wasThere = true;
+    } else if (m_recording && m_recording->wasThere &&
+               std::chrono::steady_clock::now() - m_recording->since >= shortestLife) {
+        m_recording.reset();
+        m_doubt = {};
+    }
+    show();
 }
 
 void MicrophoneSign::serverLost()
@@ -105,7 +128,7 @@ void MicrophoneSign::show()
     pw_stream *stream = pw_stream_new(core, "Microphone", properties(m_session));
     if (stream == nullptr)
         return;
-    m_recording = std::make_shared<Recording>(stream);
+    m_recording = std::make_shared<Recording>(m_session, stream);
     spa_audio_info_raw format{};
     format.format = SPA_AUDIO_FORMAT_F32P;
     format.rate = m_session.rate();

@@ -26,6 +26,7 @@ class MicrophoneSign final : private GraphWatcher
     void graphChanged() override;
     void serverLost() override;
     void show();
+    void showAgain();
     void hide();
 
     GraphSession &m_session;

@@ -3,6 +3,7 @@
 #include "tests/session/support/private_session.h"
 #include "tests/session/support/wait_until.h"
 
+#include <atomic>
 #include <cerrno>
 #include <gtest/gtest.h>
 #include <pipewire/pipewire.h>
@@ -77,6 +78,23 @@ TEST_F(ConnectionTest, doesNotBlameTheServerForWhatOthersDoNotDo)
     EXPECT_EQ(connection.waitForOthers(never, 2ms), -ETIMEDOUT);
     EXPECT_TRUE(connection.isResponsive());
     EXPECT_EQ(connection.waitUntil([] { return true; }), noErr);
+}
+
+TEST_F(ConnectionTest, endsWhatWasAskedFirstThoughMoreAndMoreIsAsked)
+{
+    session.hangServer();
+    std::atomic<bool> isOver = false;
+    const auto ask = [&](std::function<void(bool)> done) {
+        const Connection::Lock lock(connection);
+        connection.roundTrip(std::move(done));
+    };
+    ask([&](bool answered) { isOver = !answered; });
+    EXPECT_TRUE(waitUntil([&] { return isOver.load(); }, 10s,
+                          [&] {
+                              std::this_thread::sleep_for(100ms);
+                              ask([](bool) {});
+                          }));
+    session.resumeServer();
 }
 
 } // namespace tolvenary::session

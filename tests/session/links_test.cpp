@@ -34,6 +34,20 @@ void cut(const GraphLink &link)
     runToEnd({"pw-link", "-d", std::to_string(link.id)});
 }
 
+/// Takes the link between these ports away and makes it again; false where we were faster.
+bool putBackBeforeUs(const GraphLink &link)
+{
+    const SoundGraph graph = SoundGraph::read();
+    if (const GraphLink *there = graph.link(link.outputPort, link.inputPort))
+        cut(*there);
+    try {
+        runToEnd({"pw-link", std::to_string(link.outputPort), std::to_string(link.inputPort)});
+    } catch (const std::runtime_error &) {
+        return false;
+    }
+    return true;
+}
+
 std::vector<GraphLink> linksFrom(const SoundGraph &graph, const std::string &name)
 {
     std::vector<GraphLink> found = graph.links;
@@ -77,6 +91,37 @@ TEST_P(CutLinks, areMadeAgainAndTheMixReturns)
 
 INSTANTIATE_TEST_SUITE_P(With, CutLinks, testing::Values("blackhole_2ch", "microphone", "player"),
                          [](const auto &info) { return std::string(info.param); });
+
+/// Who took them away by a slip of the hand puts them back himself, before we do.
+TEST(Links, thatTheUserMakesAgainDoAsWellAndAreMadeByUsWhenHeTakesThemAway)
+{
+    MixBed bed;
+    bed.run();
+    Recorder recorder(bed.session(), {bed.monitor("FL"), bed.monitor("FR")});
+    ASSERT_TRUE(becomesHeard(bed, recorder, theWholeMix));
+    const auto links = ourLinksWith("blackhole_2ch");
+    ASSERT_EQ(links.size(), 2U);
+    ASSERT_TRUE(bed.waitFor([&] { return std::ranges::all_of(links, putBackBeforeUs); }));
+    EXPECT_TRUE(statusBecomes(bed, isRunning)) << bed.status();
+    EXPECT_TRUE(becomesHeard(bed, recorder, theWholeMix));
+    // Ours has been asked for and refused by now.
+    bed.record(recorder, 96000);
+    EXPECT_TRUE(statusBecomes(bed, isRunning)) << bed.status();
+    for (const GraphLink &link : ourLinksWith("blackhole_2ch"))
+        cut(link);
+    EXPECT_TRUE(becomesHeard(bed, recorder, theWholeMix));
+    EXPECT_TRUE(statusBecomes(bed, isRunning)) << bed.status();
+}
+
+TEST(Links, thatTheUserMakesToTheSpeakersAreNotTakenForTheDevice)
+{
+    MixBed bed;
+    bed.run();
+    link(bed.session(), "com.tolvenary.output:FL", "speakers:playback_FL");
+    ASSERT_TRUE(statusBecomes(bed, isRunning)) << bed.status();
+    bed.device()->remove();
+    EXPECT_TRUE(statusBecomes(bed, "BlackHole device not found.")) << bed.status();
+}
 
 TEST(Links, thatFailDuringAMixAreNotTakenForTheDevice)
 {

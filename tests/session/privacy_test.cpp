@@ -23,6 +23,15 @@ std::string recordingStreams()
     return runToEnd({"pactl", "list", "source-outputs"});
 }
 
+constexpr const char *sign = "com.tolvenary.microphone.sign";
+
+/// Which of all that have ever been there; empty while none is.
+std::string serialOfSign(const SoundGraph &graph)
+{
+    const GraphNode *node = graph.node(sign);
+    return node == nullptr ? std::string() : node->properties.at("object.serial");
+}
+
 MixBedOptions withPulseServer()
 {
     MixBedOptions options;
@@ -75,6 +84,25 @@ TEST(Privacy, theDesktopSeesThatTheMicrophoneIsInUseForAsLongAsItIs)
                 HasSubstr("microphone\tPipeWire\tfloat32le 1ch 48000Hz\tRUNNING"));
     bed.stop();
     EXPECT_TRUE(bed.waitFor([] { return recordingStreams().empty(); }));
+}
+
+/// As mixers do where their user ends a recording.
+TEST(Privacy, theDesktopSeesItAgainWhenSomebodyHasEndedTheSignAndNotTheMix)
+{
+    MixBed bed(withPulseServer());
+    bed.run();
+    ASSERT_TRUE(bed.waitFor([] { return !recordingStreams().empty(); }));
+    ASSERT_TRUE(bed.waitFor([&] { return bed.mix().micFrames() > 2 * 48000; })); // not just begun
+    const std::string before = serialOfSign(SoundGraph::read());
+    ASSERT_FALSE(before.empty());
+    runToEnd({"pw-cli", "destroy", std::to_string(SoundGraph::read().node(sign)->id)});
+    EXPECT_TRUE(bed.waitForGraph([&](const SoundGraph &graph) {
+        const std::string now = serialOfSign(graph);
+        return !now.empty() && now != before;
+    }));
+    EXPECT_TRUE(bed.waitFor([] { return !recordingStreams().empty(); }));
+    const quint64 frames = bed.mix().micFrames();
+    EXPECT_TRUE(bed.waitFor([&] { return bed.mix().micFrames() > frames; }));
 }
 
 TEST(Privacy, theDesktopSeesItAgainWhenTheSoundServerHasBeenRestarted)

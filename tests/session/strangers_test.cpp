@@ -259,6 +259,31 @@ TEST(Stranger, thatLiesAboutWhereItsSamplesAreIsNotHeardAndTheOthersAre)
     EXPECT_TRUE(program->isRunning());
 }
 
+TEST(Stranger, thatIsADeviceWithRoomForAShortCycleIsPlayedIntoInShortCyclesAndNotBeyondItsEnd)
+{
+    MixBed bed({.device = false, .urgent = true});
+    const auto device = startStranger(
+        bed, {"--short", "--name", "short", "--application", "BlackHole short", "FL=silence", "FR=silence"});
+    ASSERT_TRUE(bed.waitForGraph([](const SoundGraph &graph) { return graph.port("short:playback_FR") != nullptr; }));
+    bed.session().set("clock.force-quantum", "8192");
+    const auto program = bed.session().start({TOLVENARY_MIX_RUNNER, std::to_string(bed.player()->pid())});
+    ASSERT_TRUE(bed.waitFor([&] { return program->output().starts_with("Running"); })) << program->output();
+    std::string told;
+    const auto nowTells = [&](const std::string &story) {
+        told += story + "\n";
+        device->signal(SIGUSR1);
+        return bed.waitFor([&] { return device->output() == told; });
+    };
+    Recorder recorder(bed.session(), {"microphone:capture_MONO"});
+    bed.record(recorder, 2 * second);
+    ASSERT_TRUE(program->isRunning()) << "in long cycles";
+    EXPECT_TRUE(nowTells("nothing")) << device->output();
+    bed.session().set("clock.force-quantum", "128");
+    bed.record(recorder, 2 * second);
+    ASSERT_TRUE(program->isRunning()) << "in short cycles";
+    EXPECT_TRUE(nowTells("heard")) << device->output();
+}
+
 TEST(Strangers, whateverTheirNamesAreHeardAndListed)
 {
     MixBed bed({.voice = {"MONO=silence"}, .urgent = true});

@@ -21,6 +21,18 @@ TEST(Graph, devicesComeInTheOrderOfTheirSerials)
     EXPECT_EQ(devices[1]->id, first);
 }
 
+TEST(Graph, ofASinkAndASourceOfOneNameTheSinkIsTheDevice)
+{
+    GraphBuilder built;
+    EXPECT_EQ(built.graph.deviceNamed("a"), nullptr);
+    const GlobalId source = built.source("a", {"FL"});
+    ASSERT_NE(built.graph.deviceNamed("a"), nullptr);
+    EXPECT_EQ(built.graph.deviceNamed("a")->id, source);
+    const GlobalId sink = built.sink("a", {"FL"});
+    built.source("a", {"FL"});
+    EXPECT_EQ(built.graph.deviceNamed("a")->id, sink);
+}
+
 TEST(Graph, monitorsAreNoPlaybackPorts)
 {
     GraphBuilder built;

@@ -68,6 +68,30 @@ TEST(LinkPlan, aDeviceThatCameBackIsPlayedIntoInsteadOfItsPredecessor)
                                      GraphLink{built.out(output, "FR"), built.in(successor, "FR")}));
 }
 
+TEST(LinkPlan, aDeviceIsPlayedIntoAtItsSinkWhoeverElseHasItsName)
+{
+    GraphBuilder built;
+    const GlobalId sink = built.sink("device", {"FL", "FR"});
+    built.source("device", {"FL", "FR"});
+    built.node("device", "Stream/Input/Audio");
+    const GlobalId output = built.outputNode();
+    EXPECT_THAT(planLinks(built.graph, {{{output, "device"}}, {}, {}}),
+                UnorderedElementsAre(GraphLink{built.out(output, "FL"), built.in(sink, "FL")},
+                                     GraphLink{built.out(output, "FR"), built.in(sink, "FR")}));
+}
+
+TEST(LinkPlan, theMicrophoneIsTheSourceWhoeverElseHasItsName)
+{
+    GraphBuilder built;
+    const GlobalId source = built.source("mic", {"MONO"});
+    built.sink("mic", {"MONO"});
+    built.node("mic", "Stream/Input/Audio");
+    built.graph.defaultSourceName = "mic";
+    const GlobalId input = built.inputNode({"input_1"});
+    EXPECT_THAT(planLinks(built.graph, {{}, {{input, true}}, {}}),
+                UnorderedElementsAre(GraphLink{built.out(source, "MONO"), built.in(input, "input_1")}));
+}
+
 TEST(LinkPlan, everyCaptureNodeRunsBeforeTheOutput)
 {
     GraphBuilder built;

@@ -1,5 +1,6 @@
 #include "tests/session/tools/feeder.h"
 #include "tests/session/tools/liar.h"
+#include "tests/session/tools/short_sink.h"
 #include "tests/session/tools/stream_player.h"
 #include "tests/session/tools/unfit_sink.h"
 
@@ -56,10 +57,16 @@ void play(const PlayerOptions &options)
         const auto decline = [](void *data, int /*signal*/) {
             static_cast<std::optional<UnfitSink> *>(data)->value().decline();
         };
+        std::optional<ShortSink> shortSink;
+        const auto tell = [](void *data, int /*signal*/) {
+            static_cast<std::optional<ShortSink> *>(data)->value().tell();
+        };
         if (options.lie)
             pw_loop_add_signal(pw_main_loop_get_loop(loop), SIGUSR1, changeStory, &liar);
         else if (options.sink)
             pw_loop_add_signal(pw_main_loop_get_loop(loop), SIGUSR1, decline, &sink);
+        else if (options.shortSink)
+            pw_loop_add_signal(pw_main_loop_get_loop(loop), SIGUSR1, tell, &shortSink);
         else
             pw_loop_add_signal(pw_main_loop_get_loop(loop), SIGUSR1, change, &players);
         if (options.feed)
@@ -68,6 +75,8 @@ void play(const PlayerOptions &options)
             liar.emplace(pw_main_loop_get_loop(loop), options);
         else if (options.sink)
             sink.emplace(pw_main_loop_get_loop(loop), options);
+        else if (options.shortSink)
+            shortSink.emplace(pw_main_loop_get_loop(loop), options);
         else
             for (int i = 0; i < options.streams; ++i)
                 players.emplace_back(pw_main_loop_get_loop(loop), options);
@@ -78,7 +87,8 @@ void play(const PlayerOptions &options)
 
 } // namespace
 
-/// Plays until it is told to end; goes on in another format, with another lie, or declines all sound, at SIGUSR1.
+/// Plays until it is told to end; goes on in another format, with another lie, declines all sound, or says whether it
+/// has heard any, at SIGUSR1.
 int main(int argc, char **argv)
 {
     pw_init(&argc, &argv);

@@ -28,6 +28,8 @@ PlayerOptions PlayerOptions::parse(const std::vector<std::string> &arguments)
             options.source = options.withhold = true;
         else if (word == "--sink")
             options.sink = true;
+        else if (word == "--short")
+            options.shortSink = true;
         else if (word == "--die")
             options.die = true;
         else if (word == "--lie")

@@ -9,7 +9,7 @@ namespace tolvenary::session
 {
 
 /// What the player is told on its command line: --name NAME, --application NAME, --rate RATE, --streams COUNT, --visits
-/// COUNT, --feed, --source, --withhold, --sink, --die, --lie or --keep-channels, and then for each channel
+/// COUNT, --feed, --source, --withhold, --sink, --short, --die, --lie or --keep-channels, and then for each channel
 /// CHANNEL=SOUND, for example FL=tone:997:0.25.
 struct PlayerOptions {
     std::string name = "player";
@@ -21,6 +21,7 @@ struct PlayerOptions {
     bool source = false;       ///< be a microphone
     bool withhold = false;     ///< be one that never delivers anything
     bool sink = false;         ///< be a sink that takes nothing, and says so at SIGUSR1
+    bool shortSink = false;    ///< be a sink with short buffers, that says at SIGUSR1 whether it has heard anything
     bool die = false;          ///< be killed after a quarter of a second, in the middle of a cycle
     bool lie = false;          ///< say of the samples that they are where they are not
     bool keepChannels = false; ///< the server shall not make them those of the sink

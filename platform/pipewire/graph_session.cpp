@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <pipewire/pipewire.h>
 #include <unistd.h>
+#include <utility>
 
 namespace tolvenary
 {
@@ -73,6 +74,7 @@ void GraphSession::accessDenied()
 
 void GraphSession::update()
 {
+    keepProbe();
     followMicrophone();
     for (GraphWatcher *watcher : m_watchers)
         watcher->graphChanged();
@@ -165,8 +167,37 @@ void GraphSession::nodesChanged()
 {
     const auto isOutput = [](const auto &entry) { return std::holds_alternative<OutputRole>(entry.second); };
     m_watch = {};
+    keepProbe();
     m_connection.setTicking(m_nodes.size() > 1 && std::ranges::any_of(m_nodes, isOutput));
     update();
+}
+
+void GraphSession::keepProbe()
+{
+    const bool isWanted = !m_watch.verdict().heldStreams.empty();
+    if (isWanted == (m_probe != nullptr))
+        return;
+    if (!isWanted) {
+        m_nodes.erase(m_probe.get());
+        const std::optional<GlobalId> id = m_probe->nodeId();
+        return letGo(id, std::exchange(m_probe, nullptr));
+    }
+    const NodeSpec spec{
+        "com.tolvenary.probe", "Tolvenary", m_group, "Capture", {{PortDirection::input, port_names::mono}}};
+    m_probe = std::make_shared<FilterNode>(
+        spec, [](const Cycle &) {}, [this] { m_connection.scheduleUpdate(); });
+    m_nodes.emplace(m_probe.get(), ProbeRole{});
+    if (m_connection.core() != nullptr)
+        m_probe->realize(m_connection.core());
+}
+
+bool GraphSession::isTrialLinked() const
+{
+    const std::optional<GlobalId> probe = m_probe ? m_probe->nodeId() : std::nullopt;
+    return probe && m_linker && std::ranges::any_of(m_graph.links, [&](const auto &entry) {
+               const GraphPort *into = m_graph.port(entry.second.inputPort);
+               return into != nullptr && into->nodeId == *probe && m_linker->statusOf(entry.second) == noErr;
+           });
 }
 
 template <typename Role> std::uint64_t GraphSession::cyclesOf() const
@@ -181,6 +212,8 @@ void GraphSession::tick()
 {
     // The output's cycles are read last: whoever delays us in between must not make it look as if it alone stood still.
     StallWatch::Progress progress;
+    progress.probe = cyclesOf<ProbeRole>();
+    progress.isTrialLinked = isTrialLinked();
     progress.tap = cyclesOf<TapRole>();
     progress.microphone = cyclesOf<InputRole>();
     progress.output = cyclesOf<OutputRole>();
@@ -212,6 +245,8 @@ LinkWishes GraphSession::wishes() const
         else if (const auto *input = std::get_if<InputRole>(&role))
             wishes.inputs.push_back({*id, verdict.isMicrophoneInOrder, input->change.set(), input->change.leaving(),
                                      input->hold.isHolding()});
+        else if (std::holds_alternative<ProbeRole>(role) && verdict.tried)
+            wishes.probes.push_back({*id, *verdict.tried});
     }
     return wishes;
 }

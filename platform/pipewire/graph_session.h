@@ -36,7 +36,10 @@ struct StreamRole {
     std::optional<std::int32_t> onlyProcess; ///< none: all but the excluded
     std::set<std::int32_t> excludedProcesses;
 };
-using NodeRole = std::variant<OutputRole, InputRole, TapRole, StreamRole>;
+/// A stream that hung is tried on it: nobody waits for it, and it is heard nowhere.
+struct ProbeRole {
+};
+using NodeRole = std::variant<OutputRole, InputRole, TapRole, StreamRole, ProbeRole>;
 
 /// Wants to know what becomes of the graph. Called under the control lock.
 class GraphWatcher
@@ -118,6 +121,8 @@ class GraphSession final : private Connection::Observer
     void tick() override;
 
     void nodesChanged();
+    void keepProbe();
+    bool isTrialLinked() const;
     void followMicrophone();
     void watchForHungMicrophone();
     template <typename Role> std::uint64_t cyclesOf() const;
@@ -132,6 +137,7 @@ class GraphSession final : private Connection::Observer
     Graph m_graph;
     ObjectIds m_ids;
     std::map<FilterNode *, NodeRole> m_nodes;
+    std::shared_ptr<FilterNode> m_probe; ///< there while a stream is held
     std::vector<std::shared_ptr<void>> m_leaving;
     std::set<GraphWatcher *> m_watchers;
     std::unique_ptr<Registry> m_registry;

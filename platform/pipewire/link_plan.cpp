@@ -197,6 +197,14 @@ void planTap(Links &links, const Graph &graph, const TapWish &wish)
     }
 }
 
+// One of its ports is enough to wait for the stream.
+void planProbe(Links &links, const Graph &graph, const ProbeWish &wish)
+{
+    const Ports from = graph.portsOf(wish.stream, PortDirection::output);
+    if (!from.empty())
+        link(links, from.front(), portNamed(graph, wish.nodeId, PortDirection::input, port_names::mono));
+}
+
 } // namespace
 
 const GraphNode *microphoneOf(const Graph &graph, const LinkWishes &wishes)
@@ -244,6 +252,8 @@ std::set<GraphLink> planLinks(const Graph &graph, const LinkWishes &wishes)
         planInput(links, graph, wishes, wish);
     for (const TapWish &wish : wishes.taps)
         planTap(links, graph, wish);
+    for (const ProbeWish &wish : wishes.probes)
+        planProbe(links, graph, wish);
     return links;
 }
 

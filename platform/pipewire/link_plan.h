@@ -46,10 +46,15 @@ struct TapWish {
     bool isInOrder = true;
     std::optional<std::int32_t> onlyProcess = std::nullopt; ///< nobody else's streams
 };
+struct ProbeWish {
+    GlobalId nodeId = 0;
+    GlobalId stream = 0;
+};
 struct LinkWishes {
     std::vector<OutputWish> outputs;
     std::vector<InputWish> inputs;
     std::vector<TapWish> taps;
+    std::vector<ProbeWish> probes = {};
 };
 
 /// The default source; none where that is a sink's monitor, or delivers our own mix.

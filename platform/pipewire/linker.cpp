@@ -11,7 +11,7 @@ struct Linker::Owned {
     OSStatus status = noErr;
     bool isAwaited = true;
     bool isNegotiated = false; ///< just now: its programs have been asked
-    bool isLost = false; ///< to be made again
+    bool isLost = false;       ///< to be made again
     PwHandle<pw_proxy> proxy;
     PwHandle<spa_hook> hook = makeHook(); // declared last, both: taken out before the proxy goes
     PwHandle<spa_hook> linkHook = makeHook();

@@ -1,6 +1,7 @@
 #include "platform/pipewire/stall_watch.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace tolvenary
 {
@@ -12,6 +13,7 @@ namespace
 constexpr std::uint64_t standsStill = 4;
 constexpr std::uint64_t runsAgain = 2;
 constexpr std::uint64_t neverRuns = 40;
+constexpr std::uint64_t runsForGood = 8; // a link that has just been agreed on holds up nobody for a cycle or two
 
 constexpr StallWatch::Time longestTrial{2};
 constexpr StallWatch::Time firstRest{2};
@@ -46,6 +48,8 @@ void StallWatch::forget(const std::set<GlobalId> &streams)
     std::erase_if(m_retries, [&](const auto &entry) { return hasGone(entry.first); });
     if (hasGone(m_onTrial))
         m_onTrial = 0;
+    if (m_verdict.tried && hasGone(*m_verdict.tried))
+        m_verdict.tried.reset();
 }
 
 void StallWatch::watch(const Progress &progress, const std::set<GlobalId> &streams, Time now)
@@ -53,20 +57,51 @@ void StallWatch::watch(const Progress &progress, const std::set<GlobalId> &strea
     if (progress.output != m_mark.output) {
         m_mark = progress;
     } else if (progress.tap == m_mark.tap && progress.microphone >= m_mark.microphone + standsStill) {
+        std::set<GlobalId> suspects;
+        std::ranges::set_difference(streams, m_verdict.heldStreams, std::inserter(suspects, suspects.end()));
         m_verdict.heldStreams = streams;
-        probe(streams);
+        probe(std::move(suspects));
         m_mark = progress;
         return;
     }
-    std::set<GlobalId> due;
+    tryHeld(progress, now);
+}
+
+void StallWatch::tryHeld(const Progress &progress, Time now)
+{
+    if (!m_verdict.tried) {
+        m_verdict.tried = dueForTrial(now);
+        m_trialSince = now;
+        m_probeMark.reset();
+        return;
+    }
+    if (!m_probeMark && progress.isTrialLinked)
+        m_probeMark = progress.probe;
+    if (m_probeMark && progress.probe >= *m_probeMark + runsForGood) {
+        m_verdict.heldStreams.erase(*m_verdict.tried);
+        m_retries.erase(*m_verdict.tried);
+        m_verdict.tried.reset();
+    } else if (now - m_trialSince >= longestTrial) {
+        hold(*m_verdict.tried, now);
+        m_verdict.tried.reset();
+    }
+}
+
+std::optional<GlobalId> StallWatch::dueForTrial(Time now) const
+{
     for (const GlobalId stream : m_verdict.heldStreams) {
-        if (m_retries[stream].at <= now)
-            due.insert(stream);
+        const auto retry = m_retries.find(stream);
+        if (retry == m_retries.end() || retry->second.at <= now)
+            return stream;
     }
-    if (!due.empty()) {
-        probe(due);
-        m_mark = progress;
-    }
+    return std::nullopt;
+}
+
+void StallWatch::hold(GlobalId stream, Time now)
+{
+    const Time pause = std::clamp(m_retries[stream].pause * 2, firstRest, longestRest);
+    m_retries[stream] = {now + pause, pause};
+    m_verdict.heldStreams.insert(stream);
 }
 
 // Always, for it may hang while a stream is on trial. The tap moves on with each verdict, so the count begins where the
@@ -85,6 +120,7 @@ void StallWatch::watchMicrophone(const Progress &progress)
 void StallWatch::probe(std::set<GlobalId> suspects)
 {
     m_verdict.isTapInOrder = false;
+    m_verdict.tried.reset();
     m_suspects = std::move(suspects);
     m_onTrial = 0;
     m_state = State::emptying;
@@ -113,9 +149,7 @@ void StallWatch::judge(const Progress &progress, Time now)
         m_retries.erase(m_onTrial);
         admitNext(progress, now);
     } else if (hangs) {
-        const Time pause = std::clamp(m_retries[m_onTrial].pause * 2, firstRest, longestRest);
-        m_retries[m_onTrial] = {now + pause, pause};
-        m_verdict.heldStreams.insert(m_onTrial);
+        hold(m_onTrial, now);
         m_state = State::emptying;
         m_mark = progress;
         m_onTrial = 0;

@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <map>
+#include <optional>
 #include <set>
 
 namespace tolvenary
@@ -14,8 +15,9 @@ namespace tolvenary
 /// A node runs in a cycle only after everything linked into it has. A program that is stopped or hangs never finishes
 /// its own, and so the tap, and by the order link the output, would wait for ever: the microphone would be gone because
 /// some player froze. The watch sees that the output stands still while a capture node still runs; it then takes the
-/// standing one out of the order, so that the rest flows, finds the stream that hangs by admitting one at a time, holds
-/// it back, and tries it again now and then.
+/// standing one out of the order, so that the rest flows, finds the stream that hangs by admitting one at a time, and
+/// holds it back. Now and then it is tried again, on a node of its own: whatever is linked into the tap is missing
+/// while that stands.
 ///
 /// Pure logic: fed with counts, answers with a verdict. Control thread.
 class StallWatch
@@ -28,12 +30,15 @@ class StallWatch
         std::uint64_t microphone = 0;
         std::uint64_t tap = 0;
         std::uint64_t output = 0;
+        std::uint64_t probe = 0;    ///< of the node on which held streams are tried
+        bool isTrialLinked = false; ///< the stream that is tried plays into it
     };
 
     struct Verdict {
         bool isMicrophoneInOrder = true;
         bool isTapInOrder = true;
         std::set<GlobalId> heldStreams;
+        std::optional<GlobalId> tried; ///< that one of them which is to play into the probe
 
         friend bool operator==(const Verdict &, const Verdict &) = default;
     };
@@ -52,6 +57,9 @@ class StallWatch
     void waitForEmptyTap(const Progress &progress, Time now);
     void judge(const Progress &progress, Time now);
     void admitNext(const Progress &progress, Time now);
+    void hold(GlobalId stream, Time now);
+    void tryHeld(const Progress &progress, Time now);
+    std::optional<GlobalId> dueForTrial(Time now) const;
 
     struct Retry {
         Time at{};
@@ -65,6 +73,7 @@ class StallWatch
     std::set<GlobalId> m_suspects;
     GlobalId m_onTrial = 0;
     Time m_trialSince{};
+    std::optional<std::uint64_t> m_probeMark; ///< where the probe stood when the stream that is tried was linked
     std::map<GlobalId, Retry> m_retries;
 };
 

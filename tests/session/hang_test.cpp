@@ -1,6 +1,8 @@
 #include "tests/session/mix_bed.h"
+#include "tests/session/support/steady_gaps.h"
 #include "tests/session/support/tone_level.h"
 
+#include <algorithm>
 #include <csignal>
 #include <gtest/gtest.h>
 
@@ -47,6 +49,39 @@ TEST(Hang, aStoppedApplicationDoesNotSilenceTheMicrophoneAndIsHeardAgainWhenItGo
     bed.player()->signal(SIGCONT);
     EXPECT_TRUE(becomesHeard(bed, recorder, applicationTone, 0.2));
     EXPECT_TRUE(becomesHeard(bed, recorder, microphoneTone, 0.25));
+}
+
+// It is tried again and again meanwhile.
+TEST(Hang, theOtherApplicationsAreHeardWithoutAGapWhileOneIsStopped)
+{
+    MixBedOptions options{.voice = {"MONO=steady:0.25"}, .urgent = true};
+    options.player.channels = {"FL=steady:0.1", "FR=steady:0.1"};
+    MixBed bed(options);
+    const auto other = playApplication(
+        bed.session(),
+        {.nodeName = "other", .applicationName = "Other", .channels = {"FL=steady:0.3", "FR=steady:0.3"}});
+    bed.run();
+    Recorder recorder(bed.session(), {"microphone:capture_MONO", applicationPort("other", "FL"), bed.monitor("FL")});
+    const auto isTried = [](const SoundGraph &graph) {
+        const GraphNode *probe = graph.node("com.tolvenary.probe");
+        return probe != nullptr &&
+               std::ranges::any_of(graph.links, [&](const GraphLink &link) { return link.inputNode == probe->id; });
+    };
+    const auto isThere = [](const SoundGraph &graph) { return graph.node("com.tolvenary.probe") != nullptr; };
+
+    bed.player()->signal(SIGSTOP);
+    ASSERT_TRUE(bed.waitForGraph(isTried)) << "it is not held";
+    SteadyGaps gaps;
+    for (int trials = 0; trials < 2; ++trials) {
+        gaps += findSteadyGaps(bed.record(recorder, 3 * 48000), 2, 0.1F); // longer than a trial
+        ASSERT_TRUE(bed.waitForGraph(isTried)) << "it is not tried again";
+    }
+    std::printf("  %zu gaps of ours, %zu of a source, %zu of %zu jumps of the clock\n", gaps.ours, gaps.sources,
+                gaps.xruns, gaps.jumps);
+    EXPECT_EQ(gaps.ours, 0U) << (gaps.accounts.empty() ? "" : gaps.accounts.front());
+
+    bed.player()->signal(SIGCONT);
+    EXPECT_TRUE(bed.waitForGraph([&](const SoundGraph &graph) { return !isThere(graph); }));
 }
 
 } // namespace tolvenary::session

@@ -207,6 +207,17 @@ TEST(LinkPlan, aMicrophoneBehindANoiseFilterIsAMicrophone)
     EXPECT_EQ(microphoneOf(built.graph, wishes)->id, filtered);
 }
 
+TEST(LinkPlan, aStreamThatIsTriedPlaysIntoTheProbeAndNotIntoTheTap)
+{
+    GraphBuilder built;
+    const GlobalId stream = built.stream(player, {"FL", "FR"});
+    const GlobalId tap = built.tapNode();
+    const GlobalId probe = built.node("probe", "");
+    const GlobalId input = built.port(probe, PortDirection::input, "MONO");
+    const LinkWishes wishes{{}, {}, {{tap, {}, {stream}, false}}, {{probe, stream}}};
+    EXPECT_THAT(planLinks(built.graph, wishes), UnorderedElementsAre(GraphLink{built.out(stream, "FL"), input}));
+}
+
 TEST(LinkPlan, aMonoStreamIsTappedOnBothSides)
 {
     GraphBuilder built;

@@ -33,6 +33,7 @@ class StallWatchTest : public testing::Test
             runCycle();
             runCycle();
             m_now += 0.05;
+            m_progress.isTrialLinked = verdict().tried.has_value();
             m_watch.tick(m_progress, m_streams, StallWatch::Time(m_now));
         }
     }
@@ -46,6 +47,7 @@ class StallWatchTest : public testing::Test
         const bool outputRuns =
             (tapRuns || !verdict().isTapInOrder) && (!m_microphoneHangs || !verdict().isMicrophoneInOrder);
         m_progress.tap += tapRuns ? 1 : 0;
+        m_progress.probe += verdict().tried && m_hanging.contains(*verdict().tried) ? 0 : 1;
         m_progress.microphone += m_microphoneHangs ? 0 : 1;
         m_progress.output += outputRuns ? 1 : 0;
     }
@@ -85,13 +87,15 @@ TEST_F(StallWatchTest, aStreamThatRunsAgainIsHeardAgain)
     EXPECT_EQ(verdict(), StallWatch::Verdict());
 }
 
-TEST_F(StallWatchTest, tryingAHangingStreamAgainNeverStopsTheOutput)
+TEST_F(StallWatchTest, tryingAHangingStreamAgainNeverStopsTheOutputNorTheOtherStreams)
 {
     m_hanging = {hung};
     runTicks(20);
-    const std::uint64_t before = m_progress.output;
+    const StallWatch::Progress before = m_progress;
     runTicks(1000);
-    EXPECT_EQ(m_progress.output, before + 2000);
+    EXPECT_EQ(m_progress.output, before.output + 2000);
+    EXPECT_EQ(m_progress.tap, before.tap + 2000);
+    EXPECT_LT(m_progress.probe, before.probe + 2000) << "it was not tried";
     EXPECT_THAT(verdict().heldStreams, ElementsAre(hung));
 }
 

@@ -174,7 +174,8 @@ void GraphSession::nodesChanged()
 
 void GraphSession::keepProbe()
 {
-    const bool isWanted = !m_watch.verdict().heldStreams.empty();
+    const StallWatch::Verdict &verdict = m_watch.verdict();
+    const bool isWanted = !verdict.heldStreams.empty() || (verdict.needsProbe && m_connection.isResponsive());
     if (isWanted == (m_probe != nullptr))
         return;
     if (!isWanted) {

@@ -15,6 +15,7 @@ constexpr std::uint64_t runsAgain = 2;
 constexpr std::uint64_t neverRuns = 40;
 constexpr std::uint64_t runsForGood = 8; // a link that has just been agreed on holds up nobody for a cycle or two
 
+constexpr StallWatch::Time longestStandstill{1};
 constexpr StallWatch::Time longestTrial{2};
 constexpr StallWatch::Time firstRest{2};
 constexpr StallWatch::Time longestRest{16};
@@ -25,6 +26,7 @@ const StallWatch::Verdict &StallWatch::tick(const Progress &progress, const std:
 {
     forget(streams);
     watchMicrophone(progress);
+    watchAll(progress, streams, now);
     switch (m_state) {
     case State::flowing:
         watch(progress, streams, now);
@@ -57,12 +59,7 @@ void StallWatch::watch(const Progress &progress, const std::set<GlobalId> &strea
     if (progress.output != m_mark.output) {
         m_mark = progress;
     } else if (progress.tap == m_mark.tap && progress.microphone >= m_mark.microphone + standsStill) {
-        std::set<GlobalId> suspects;
-        std::ranges::set_difference(streams, m_verdict.heldStreams, std::inserter(suspects, suspects.end()));
-        m_verdict.heldStreams = streams;
-        probe(std::move(suspects));
-        m_mark = progress;
-        return;
+        return holdAll(progress, streams);
     }
     tryHeld(progress, now);
 }
@@ -115,6 +112,38 @@ void StallWatch::watchMicrophone(const Progress &progress)
         m_microphoneMark = progress;
     else if (progress.tap >= m_microphoneMark.tap + standsStill)
         m_verdict.isMicrophoneInOrder = false;
+}
+
+// A microphone's and an application's program that hang at once leave none of ours to count by: the probe tells whether
+// it is they, or the graph that stands.
+void StallWatch::watchAll(const Progress &progress, const std::set<GlobalId> &streams, Time now)
+{
+    const bool runs = progress.output != m_standing.output || progress.tap != m_standing.tap ||
+                      progress.microphone != m_standing.microphone;
+    if (runs || m_state != State::flowing) { // a trial has an end of its own
+        m_verdict.needsProbe = false;
+        m_standing = progress;
+        m_standingSince = now;
+    } else if (now - m_standingSince < longestStandstill) {
+        return;
+    } else if (!m_verdict.needsProbe) {
+        m_verdict.needsProbe = true;
+        m_standing.probe = progress.probe;
+    } else if (progress.probe >= m_standing.probe + runsForGood) {
+        m_verdict.isMicrophoneInOrder = false;
+        holdAll(progress, streams);
+        m_standing = progress;
+        m_standingSince = now;
+    }
+}
+
+void StallWatch::holdAll(const Progress &progress, const std::set<GlobalId> &streams)
+{
+    std::set<GlobalId> suspects;
+    std::ranges::set_difference(streams, m_verdict.heldStreams, std::inserter(suspects, suspects.end()));
+    m_verdict.heldStreams = streams;
+    probe(std::move(suspects));
+    m_mark = progress;
 }
 
 void StallWatch::probe(std::set<GlobalId> suspects)

@@ -39,6 +39,7 @@ class StallWatch
         bool isTapInOrder = true;
         std::set<GlobalId> heldStreams;
         std::optional<GlobalId> tried; ///< that one of them which is to play into the probe
+        bool needsProbe = false;       ///< all of ours stand still: does the graph as well?
 
         friend bool operator==(const Verdict &, const Verdict &) = default;
     };
@@ -53,6 +54,8 @@ class StallWatch
     void forget(const std::set<GlobalId> &streams);
     void watch(const Progress &progress, const std::set<GlobalId> &streams, Time now);
     void watchMicrophone(const Progress &progress);
+    void watchAll(const Progress &progress, const std::set<GlobalId> &streams, Time now);
+    void holdAll(const Progress &progress, const std::set<GlobalId> &streams);
     void probe(std::set<GlobalId> suspects);
     void waitForEmptyTap(const Progress &progress, Time now);
     void judge(const Progress &progress, Time now);
@@ -70,6 +73,8 @@ class StallWatch
     Verdict m_verdict;
     Progress m_mark;
     Progress m_microphoneMark; ///< when it or the output was last seen to run
+    Progress m_standing;       ///< when any of them was last seen to run
+    Time m_standingSince{};
     std::set<GlobalId> m_suspects;
     GlobalId m_onTrial = 0;
     Time m_trialSince{};

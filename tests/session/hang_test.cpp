@@ -19,7 +19,9 @@ double heardAmplitude(MixBed &bed, Recorder &recorder, double tone)
 {
     const Recording recording = bed.record(recorder, 9600);
     const auto heard = recording.part(0, recording.longestUnbroken());
-    return toneAmplitudes(heard, recording.rate, {microphoneTone, applicationTone})[tone == microphoneTone ? 0 : 1];
+    const std::vector<double> tones{microphoneTone, applicationTone, 601};
+    return toneAmplitudes(heard, recording.rate, tones)
+        .at(static_cast<std::size_t>(std::ranges::find(tones, tone) - tones.begin()));
 }
 
 bool becomesHeard(MixBed &bed, Recorder &recorder, double tone, double amplitude)
@@ -82,6 +84,28 @@ TEST(Hang, theOtherApplicationsAreHeardWithoutAGapWhileOneIsStopped)
 
     bed.player()->signal(SIGCONT);
     EXPECT_TRUE(bed.waitForGraph([&](const SoundGraph &graph) { return !isThere(graph); }));
+}
+
+TEST(Hang, aMicrophoneAndAnApplicationThatStopAtOnceDoNotSilenceTheOthers)
+{
+    MixBed bed({.microphone = false});
+    const auto microphone = startMicrophone(bed.session(), 48000, {"MONO=tone:997:0.25"});
+    const auto other = playApplication(
+        bed.session(),
+        {.nodeName = "other", .applicationName = "Other", .channels = {"FL=tone:601:0.3", "FR=tone:601:0.3"}});
+    bed.run();
+    Recorder recorder(bed.session(), {bed.monitor("FL")});
+    ASSERT_TRUE(becomesHeard(bed, recorder, microphoneTone, 0.25));
+
+    microphone->signal(SIGSTOP);
+    bed.player()->signal(SIGSTOP);
+    EXPECT_TRUE(becomesHeard(bed, recorder, 601, 0.3));
+    EXPECT_LT(heardAmplitude(bed, recorder, microphoneTone), 0.001);
+
+    microphone->signal(SIGCONT);
+    bed.player()->signal(SIGCONT);
+    EXPECT_TRUE(becomesHeard(bed, recorder, microphoneTone, 0.25));
+    EXPECT_TRUE(becomesHeard(bed, recorder, applicationTone, 0.2));
 }
 
 } // namespace tolvenary::session

@@ -161,11 +161,33 @@ TEST_F(StallWatchTest, aMicrophoneThatHangsWhileNoStreamIsAdmittedDoesNotStopThe
     EXPECT_EQ(verdict(), StallWatch::Verdict());
 }
 
+TEST_F(StallWatchTest, aMicrophoneAndAStreamThatHangAtOnceDoNotStopTheOthers)
+{
+    runTicks(10);
+    m_hanging = {hung};
+    m_microphoneHangs = true;
+    runTicks(200);
+    EXPECT_THAT(verdict().heldStreams, ElementsAre(hung));
+    EXPECT_FALSE(verdict().isMicrophoneInOrder);
+    const StallWatch::Progress before = m_progress;
+    runTicks(100);
+    EXPECT_EQ(m_progress.output, before.output + 200);
+    EXPECT_EQ(m_progress.tap, before.tap + 200);
+    m_hanging = {};
+    m_microphoneHangs = false;
+    runTicks(200);
+    EXPECT_EQ(verdict(), StallWatch::Verdict());
+}
+
 TEST_F(StallWatchTest, aStandingGraphIsNobodysFault)
 {
     runTicks(10);
     for (int i = 0; i < 100; ++i)
         m_watch.tick(m_progress, m_streams, StallWatch::Time(m_now += 0.05));
+    EXPECT_THAT(verdict().heldStreams, IsEmpty());
+    EXPECT_TRUE(verdict().isMicrophoneInOrder);
+    EXPECT_TRUE(verdict().isTapInOrder);
+    runTicks(1);
     EXPECT_EQ(verdict(), StallWatch::Verdict());
 }
 

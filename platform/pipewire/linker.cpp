@@ -10,8 +10,7 @@ struct Linker::Owned {
     Linker &linker;
     OSStatus status = noErr;
     bool isAwaited = true;
-    bool isNegotiated = false; ///< just now: its programs have been asked
-    bool isLost = false;       ///< to be made again
+    bool isLost = false; ///< to be made again
     PwHandle<pw_proxy> proxy;
     PwHandle<spa_hook> hook = makeHook(); // declared last, both: taken out before the proxy goes
     PwHandle<spa_hook> linkHook = makeHook();
@@ -72,7 +71,6 @@ void Linker::Owned::refused(int result)
 void Linker::Owned::stateChanged(pw_link_state state)
 {
     isAwaited = state >= PW_LINK_STATE_INIT && state < PW_LINK_STATE_PAUSED;
-    isNegotiated = state == PW_LINK_STATE_NEGOTIATING || state == PW_LINK_STATE_ALLOCATING;
     // One that failed may yet come to be, as when the other side offers another format.
     isLost = state == PW_LINK_STATE_ERROR;
     if (state != PW_LINK_STATE_ERROR)
@@ -112,7 +110,7 @@ void Linker::setWanted(const std::set<GraphLink> &wanted, LinkPauses::Time now)
         if (m_owned.contains(link))
             continue;
         m_pauses.made(link, now);
-        auto owned = std::make_unique<Owned>(Owned{*this, noErr, true, false, false, makeLink(m_core, link)});
+        auto owned = std::make_unique<Owned>(Owned{*this, noErr, true, false, makeLink(m_core, link)});
         if (owned->proxy)
             owned->listen();
         else
@@ -132,7 +130,7 @@ std::set<GlobalId> Linker::awaitedInputs() const
 {
     std::set<GlobalId> inputs;
     for (const auto &[link, owned] : m_owned) {
-        if (owned->status == noErr && owned->isNegotiated)
+        if (owned->status == noErr && owned->isAwaited)
             inputs.insert(link.inputPort);
     }
     return inputs;

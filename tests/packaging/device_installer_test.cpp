@@ -106,6 +106,16 @@ TEST_F(DeviceInstaller, removesNothingTwice)
     EXPECT_THAT(run({"remove"}), HasSubstr("There is no"));
 }
 
+TEST_F(DeviceInstaller, saysHowItIsCalledAndDoesNothingElse)
+{
+    // In the shell, as what is left of standard output shall be seen alone.
+    for (const std::string asked : {"--help", "-h", "install --help"}) {
+        const std::string said = runToEnd({"sh", "-c", "exec \"$0\" " + asked + " 2>/dev/null", TOLVENARY_INSTALLER});
+        EXPECT_EQ(said, "usage: tolvenary-blackhole install|remove [--system] [2ch|16ch]\n") << asked;
+    }
+    EXPECT_FALSE(fs::exists(serversFolder()));
+}
+
 TEST_F(DeviceInstaller, refusesWhatItDoesNotUnderstand)
 {
     EXPECT_THROW(run({}), std::runtime_error);

@@ -102,10 +102,10 @@ void hideMachinesSettings(const fs::path &pipewire)
 }
 
 /// Into the configuration directory that the environment names.
-void installDevice(const std::string &installer)
+void installDevice(const std::string &installer, const char *channels)
 {
     const std::string own = std::string(TOLVENARY_SOURCE_DIR) + "/packaging/blackhole/tolvenary-blackhole";
-    runToEnd({installer.empty() ? own : installer, "install"});
+    runToEnd({installer.empty() ? own : installer, "install", channels});
 }
 
 } // namespace
@@ -118,7 +118,9 @@ void writeConfiguration(const SessionConfiguration &configuration, const fs::pat
     if (!configuration.speakers.empty())
         write(pipewire / "20-speakers.conf", speakers(configuration.speakers));
     if (configuration.shippedDevice)
-        installDevice(configuration.installer);
+        installDevice(configuration.installer, "2ch");
+    if (configuration.wideDevice)
+        installDevice(configuration.installer, "16ch");
 
     const fs::path wireplumber = directory / "wireplumber";
     write(wireplumber / "main.lua.d/60-no-hardware.lua", noHardware04);

@@ -33,7 +33,7 @@ void moveGains(tolvenary::MixCoordinator &mix, int step)
 
 /// The program without its window: picks the process given, presses Start, and runs until it is killed. With the word
 /// "move" behind it the gains move all the while; with "stop" it presses Stop after some seconds and ends, so that what
-/// is left then can be looked for.
+/// is left then can be looked for; well if both sources were heard.
 int main(int argc, char **argv)
 {
     QCoreApplication application(argc, argv);
@@ -53,8 +53,11 @@ int main(int argc, char **argv)
     if (wish == "move")
         hand.start(std::chrono::milliseconds(50));
     const auto stop = [&] {
+        const bool heardBoth =
+            mix.property("micFrames").toULongLong() > 0 && mix.property("appFrames").toULongLong() > 0;
+        std::puts(mix.status().toUtf8().constData());
         mix.teardown();
-        QCoreApplication::quit();
+        QCoreApplication::exit(heardBoth ? 0 : 1);
     };
     if (wish == "stop")
         QTimer::singleShot(std::chrono::seconds(5), &hand, stop);

@@ -200,6 +200,40 @@ Item {
             verifyShownVerbatim(texts[0]);
         }
 
+        function verifyInItsPlace(label: Item, place: Item) {
+            compare(label.lineCount, 1);
+            const box = label.mapToItem(place, 0, 0, label.width, label.height);
+            verify(label.contentWidth <= label.width, label.contentWidth + " in " + label.width);
+            verify(box.left >= 0 && box.right <= place.width);
+            verify(box.top >= 0 && box.bottom <= place.height);
+        }
+
+        function test_strangeNamesLeaveRowsAndWindowAsTheyAre() {
+            stage.runStrangers();
+            const button = item("appPicker");
+            const buttonHeight = button.height;
+            const list = open();
+            compare(list.count, 5);
+            const made = Array.from(list.contentItem.children).filter(child => child instanceof PickerRow);
+            compare(made.length, 5);
+            for (const row of made) {
+                compare(row.height, list.rowHeight);
+                compare(row.width, list.width);
+                verify(row.mapToItem(panel, row.width, 0).x <= panel.width);
+                for (const label of Array.from(row.children).filter(child => child instanceof PanelText))
+                    verifyInItsPlace(label, row);
+            }
+            compare(list.height, 5 * list.rowHeight);
+            compare(panel.width, 520);
+            mouseClick(made.find(row => row.text === "Discord"));
+            compare(shownText(), "Discord");
+            for (const process of [2, 3, 4]) {
+                stage.coordinator.selectedAppID = process;
+                verifyInItsPlace(item("text", button), button);
+                compare(button.height, buttonHeight);
+            }
+        }
+
         function test_withoutAChosenRowTheListOpensWithoutATick() {
             stage.runApplications(["Discord", "Firefox"]);
             stage.pick("Firefox");

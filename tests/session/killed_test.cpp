@@ -3,6 +3,7 @@
 #include "tests/session/stepped_platform.h"
 
 #include <QCoro/QCoroTask>
+#include <csignal>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -11,6 +12,8 @@ namespace tolvenary::session
 
 namespace
 {
+
+using namespace std::chrono_literals;
 
 constexpr qint64 frozen = 2000;
 
@@ -22,6 +25,45 @@ const std::vector<std::string> stepsOfAStart = {"ask for the microphone", "ask f
                                                 "create the callback",    "start the tap"};
 const std::vector<std::string> stepsOfAStop = {"stop the tap",    "destroy the callback", "destroy the aggregate",
                                                "destroy the tap", "stop the input",       "stop the output"};
+
+const std::vector<std::chrono::milliseconds> moments = {0ms, 1ms, 2ms, 5ms, 10ms, 20ms, 50ms};
+
+/// Expects of the main thread that it is not frozen for as long as this lives.
+class FreezeCheck
+{
+  public:
+    FreezeCheck() = default;
+    ~FreezeCheck()
+    {
+        const qint64 pause = m_heartbeat.longestPause();
+        std::printf("  longest pause %lld ms\n", static_cast<long long>(pause));
+        EXPECT_LT(pause, frozen);
+    }
+    FreezeCheck(const FreezeCheck &) = delete;
+    FreezeCheck &operator=(const FreezeCheck &) = delete;
+
+  private:
+    Heartbeat m_heartbeat;
+};
+
+/// Kills a process so long after it was made, whatever is being done then.
+class LaterKill
+{
+  public:
+    LaterKill(pid_t victim, std::chrono::milliseconds delay)
+        : m_thread([=] {
+              std::this_thread::sleep_for(delay);
+              ::kill(victim, SIGKILL);
+          })
+    {
+    }
+    ~LaterKill() { m_thread.join(); }
+    LaterKill(const LaterKill &) = delete;
+    LaterKill &operator=(const LaterKill &) = delete;
+
+  private:
+    std::thread m_thread;
+};
 
 /// The program looks for a server three times a second: a Re-scan may be too early.
 bool findsAll(MixBed &bed, MixCoordinator &mix)
@@ -46,12 +88,29 @@ class KilledMix
     bool wasKilled() const { return m_deadly.empty(); }
 
     /// What the user does: Re-scan both lists until they show what is there, pick, Start.
-    void scanAndStart()
+    void scan()
     {
         EXPECT_TRUE(findsAll(m_bed, m_mix));
         m_mix.setSelectedAppID(m_bed.player()->pid());
-        QCoro::waitFor(m_mix.start());
     }
+    void start() { QCoro::waitFor(m_mix.start()); }
+    void scanAndStart()
+    {
+        scan();
+        start();
+    }
+    void startKilledAfter(std::chrono::milliseconds delay)
+    {
+        const LaterKill kill(m_bed.session().soundServer(), delay);
+        start();
+    }
+    void stopKilledAfter(std::chrono::milliseconds delay)
+    {
+        const LaterKill kill(m_bed.session().soundServer(), delay);
+        stop();
+    }
+    /// Until the program knows of it.
+    void settle() { m_bed.settle(); }
     void stop()
     {
         m_mix.teardown();
@@ -168,14 +227,65 @@ TEST(KilledServer, inAnyStepOfAStopLetsItEndAndTheNextStartWorks)
     EXPECT_TRUE(mix.bothSourcesDeliver()) << mix.status();
 }
 
+TEST(KilledServer, atAnyMomentOfAStartIsAStatusAndTheNextStartWorks)
+{
+    KilledMix mix;
+    for (const auto moment : moments) {
+        SCOPED_TRACE(std::to_string(moment.count()) + " ms");
+        mix.scan();
+        {
+            const FreezeCheck check;
+            mix.startKilledAfter(moment);
+            std::printf("  after %ld ms: %s\n", static_cast<long>(moment.count()), mix.status().c_str());
+            if (mix.isRunning())
+                EXPECT_TRUE(mix.becomesGivenUp()) << mix.status();
+            else
+                EXPECT_THAT(mix.status(), testing::StartsWith("Start failed ["));
+            EXPECT_FALSE(mix.isRunning());
+        }
+        mix.restart();
+        mix.scanAndStart();
+        EXPECT_EQ(mix.status(), "Running. In Discord, set Input to BlackHole 2ch.");
+        EXPECT_TRUE(mix.bothSourcesDeliver());
+        mix.stop();
+    }
+}
+
+TEST(KilledServer, atAnyMomentOfAStopLetsItEndAndTheNextStartWorks)
+{
+    KilledMix mix;
+    mix.scanAndStart();
+    for (const auto moment : moments) {
+        SCOPED_TRACE(std::to_string(moment.count()) + " ms");
+        ASSERT_TRUE(mix.bothSourcesDeliver()) << mix.status();
+        {
+            const FreezeCheck check;
+            mix.stopKilledAfter(moment);
+            EXPECT_FALSE(mix.isRunning());
+            mix.settle();
+            EXPECT_FALSE(mix.isRunning());
+            EXPECT_EQ(mix.status(), "Stopped");
+        }
+        mix.restart();
+        mix.scanAndStart();
+        EXPECT_EQ(mix.status(), "Running. In Discord, set Input to BlackHole 2ch.");
+    }
+    EXPECT_TRUE(mix.bothSourcesDeliver()) << mix.status();
+}
+
 TEST(KilledServer, thatOnlyManagesSessionsIsNotMissed)
 {
     // A loopback's nodes do not survive that a new session manager sets them up again; a sink does.
     MixBed bed({.deviceKind = DeviceKind::nullSink});
     bed.run();
-    bed.session().kill(SoundServer::sessionManager);
-    ASSERT_TRUE(bed.waitForGraph(
-        [](const SoundGraph &graph) { return graph.metadata.count("default/default.audio.source") == 0; }));
+    {
+        const FreezeCheck check;
+        bed.session().kill(SoundServer::sessionManager);
+        ASSERT_TRUE(bed.waitForGraph(
+            [](const SoundGraph &graph) { return graph.metadata.count("default/default.audio.source") == 0; }));
+        const auto before = bed.mix().appFrames();
+        EXPECT_TRUE(bed.waitFor([&] { return bed.mix().appFrames() > before + 96000; })) << "two seconds";
+    }
     EXPECT_TRUE(isHeardByNewEars(bed));
     EXPECT_TRUE(statusBecomes(bed, "Running → ")) << bed.status();
     bed.session().startSessionManager();
@@ -194,8 +304,11 @@ TEST(KilledServer, thatOnlyServesPulseClientsTakesThoseAndNothingElse)
     bed.run();
     Recorder recorder(bed.session(), {bed.monitor("FL")});
     ASSERT_TRUE(becomesHeard(bed, recorder, {0.25, 0.3, 0.2}));
-    bed.session().kill(SoundServer::pulse);
-    EXPECT_TRUE(becomesHeard(bed, recorder, theWholeMix));
+    {
+        const FreezeCheck check;
+        bed.session().kill(SoundServer::pulse);
+        EXPECT_TRUE(becomesHeard(bed, recorder, theWholeMix));
+    }
     EXPECT_TRUE(statusBecomes(bed, "Running → ")) << bed.status();
 }
 

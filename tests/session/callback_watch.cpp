@@ -95,11 +95,13 @@ template <typename Function> Function *hidden(const char *name)
 
 using Process = void (*)(void *, spa_io_position *);
 std::atomic<Process> watchedProcess = nullptr;
+std::atomic<std::uint32_t> cycleLength = 0;
 
 void process(void *data, spa_io_position *position)
 {
     enter();
     count(counters.callbacks);
+    cycleLength.store(static_cast<std::uint32_t>(position->clock.duration), std::memory_order_relaxed);
     watchedProcess.load(std::memory_order_relaxed)(data, position);
     leave();
 }
@@ -137,6 +139,11 @@ CallbackCounts endCounting()
     for (const auto &slot : counters.mutexes)
         counts.mutexes += slot.load() != nullptr ? 1 : 0;
     return counts;
+}
+
+std::uint32_t lengthOfTheLastCycle()
+{
+    return cycleLength.load(std::memory_order_relaxed);
 }
 
 PretendedCallback::PretendedCallback()

@@ -25,6 +25,9 @@ void beginCounting();
 /// Until now.
 CallbackCounts endCounting();
 
+/// Frames of the cycle in which a filter was called last, 0 before the first.
+std::uint32_t lengthOfTheLastCycle();
+
 /// Marks the calling thread as being in a callback, so that a test can see that the counters count.
 class PretendedCallback
 {

@@ -15,6 +15,14 @@ namespace
 class Application : public testing::Test
 {
   protected:
+    void plugInDevice()
+    {
+        FakeDevice device;
+        device.id = 5;
+        device.name = "BlackHole 2ch";
+        platform.objects().devices.push_back(device);
+    }
+
     FakePlatform platform;
 };
 
@@ -23,10 +31,7 @@ class Application : public testing::Test
 TEST_F(Application, theListsAreFilledWithoutBeingAskedFor)
 {
     platform.shareableContent().applications.set(std::vector<SCRunningApplication>{{"mpv", 9, "mpv"}});
-    FakeDevice device;
-    device.id = 5;
-    device.name = "BlackHole 2ch";
-    platform.objects().devices.push_back(device);
+    plugInDevice();
     TolvenaryApp app(platform);
     ASSERT_TRUE(app.show());
     EXPECT_TRUE(waitUntil([&] { return app.coordinator().availableApps().size() == 1; }));
@@ -38,10 +43,7 @@ TEST_F(Application, theListsAreFilledWithoutBeingAskedFor)
 TEST_F(Application, theDeviceIsThereBeforeTheApplicationsAreListed)
 {
     platform.shareableContent().applications.holdBack();
-    FakeDevice device;
-    device.id = 5;
-    device.name = "BlackHole 2ch";
-    platform.objects().devices.push_back(device);
+    plugInDevice();
     TolvenaryApp app(platform);
     ASSERT_TRUE(app.show());
     ASSERT_TRUE(waitUntil([&] { return platform.shareableContent().applications.waiting() == 1; }));

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <charconv>
 #include <fstream>
-#include <iterator>
 #include <optional>
 #include <sstream>
 
@@ -21,10 +20,14 @@ struct Status {
     std::uint32_t user = 0;
 };
 
+// Of a process that ends meanwhile the kernel refuses to read on. The stream keeps that to itself; its buffer, read
+// directly, would throw.
 std::string contentOf(const fs::path &file)
 {
-    std::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
+    const std::ifstream stream(file, std::ios::binary);
+    std::ostringstream content;
+    content << stream.rdbuf();
+    return content.str();
 }
 
 std::optional<Status> readStatus(const fs::path &file)

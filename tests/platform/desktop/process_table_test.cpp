@@ -49,6 +49,19 @@ TEST(ProcessTable, aProgramReplacedByAnUpgradeKeepsItsName)
     EXPECT_EQ(readProcesses(proc.path(), geteuid()).at(0).executable, "/usr/bin/player");
 }
 
+// A folder can be opened and not be read, as can the file of a process that has just ended.
+TEST(ProcessTable, whatCannotBeReadOnIsEmpty)
+{
+    const FixtureProc proc;
+    proc.add({3, 1, "/bin/x", {}, ""});
+    for (const char *file : {"cmdline", "cgroup", "status"}) {
+        std::filesystem::remove(proc.path() / "3" / file);
+        std::filesystem::create_directory(proc.path() / "3" / file);
+        EXPECT_NO_THROW(readProcesses(proc.path(), geteuid())) << file;
+    }
+    EXPECT_THAT(idsIn(proc), IsEmpty());
+}
+
 TEST(ProcessTable, otherUsersAndTheDeadAreLeftOut)
 {
     const FixtureProc proc;

@@ -75,7 +75,7 @@ struct FilterNode::Events {
             pw_filter_events made{};
             made.version = PW_VERSION_FILTER_EVENTS;
             made.state_changed = [](void *data, pw_filter_state, pw_filter_state state, const char *) {
-                static_cast<FilterNode *>(data)->stateChanged(state == PW_FILTER_STATE_ERROR);
+                static_cast<FilterNode *>(data)->stateChanged(state);
             };
             made.process = [](void *data, spa_io_position *position) {
                 static_cast<FilterNode *>(data)->processCycle(position);
@@ -110,6 +110,8 @@ void FilterNode::realize(pw_core *core)
                           m_spec.category.c_str(), PW_KEY_MEDIA_ROLE, "DSP", PW_KEY_NODE_RATE, "1/48000",
                           PW_KEY_NODE_LOCK_RATE, "true", PW_KEY_NODE_ALWAYS_PROCESS, "true", nullptr);
     m_filter.reset(pw_filter_new(core, m_spec.name.c_str(), properties));
+    m_madeAt = Clock::now();
+    m_endedAfter.reset();
     m_hasFailed = !m_filter || !addPorts();
     if (m_hasFailed)
         return;
@@ -161,9 +163,12 @@ void FilterNode::setActive(bool active)
         pw_filter_set_active(m_filter.get(), active);
 }
 
-void FilterNode::stateChanged(bool failed)
+void FilterNode::stateChanged(int state)
 {
-    m_hasFailed = m_hasFailed || failed;
+    m_hasFailed = m_hasFailed || state == PW_FILTER_STATE_ERROR;
+    // When we let it go ourselves the hook is out: this was somebody else.
+    if (state == PW_FILTER_STATE_UNCONNECTED)
+        m_endedAfter = Clock::now() - m_madeAt;
     m_changed();
 }
 

@@ -6,6 +6,7 @@
 #include "platform/pipewire/pw_handles.h"
 
 #include <atomic>
+#include <chrono>
 #include <functional>
 #include <optional>
 #include <string>
@@ -64,6 +65,8 @@ class FilterNode
     /// Longest cycle that the server allows (its quantum limit).
     static constexpr std::uint32_t maxFrames = 8192;
 
+    using Clock = std::chrono::steady_clock;
+
     /// real-time: called once a cycle while the gate is open.
     using Process = std::function<void(const Cycle &)>;
 
@@ -79,6 +82,8 @@ class FilterNode
     /// The server's id of it, once it has one.
     std::optional<GlobalId> nodeId() const;
     bool hasFailed() const { return m_hasFailed; }
+    /// How long it lived, if somebody else has had the server end it.
+    std::optional<Clock::duration> endedAfter() const { return m_endedAfter; }
     void setActive(bool active);
 
     /// Thread: control side, no lock needed.
@@ -96,7 +101,7 @@ class FilterNode
     struct Events;
 
     bool addPorts();
-    void stateChanged(bool failed);
+    void stateChanged(int state);
     void processCycle(const spa_io_position *position); // real-time
 
     NodeSpec m_spec;
@@ -109,6 +114,8 @@ class FilterNode
     std::vector<void *> m_buffers;
     bool m_isActive;
     bool m_hasFailed = false;
+    Clock::time_point m_madeAt;
+    std::optional<Clock::duration> m_endedAfter;
     PwHandle<pw_filter> m_filter;
     PwHandle<spa_hook> m_hook; // declared last: taken out before the filter goes
 };

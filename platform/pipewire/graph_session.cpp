@@ -18,6 +18,9 @@ const std::string clientKey = "client ";
 /// How long a device may take to agree with us on a format, or fail to.
 constexpr auto timeToAgree = std::chrono::milliseconds(500);
 
+/// A node that somebody ends sooner than that would be ended again.
+constexpr auto shortestNodeLife = std::chrono::seconds(1);
+
 std::string lastingName(const std::string &key, const std::string &prefix)
 {
     return key.starts_with(prefix) ? key.substr(prefix.size()) : std::string();
@@ -74,6 +77,7 @@ void GraphSession::accessDenied()
 
 void GraphSession::update()
 {
+    remakeEndedNodes();
     keepProbe();
     followMicrophone();
     for (GraphWatcher *watcher : m_watchers)
@@ -84,6 +88,15 @@ void GraphSession::update()
     for (const TapWish &tap : wishes().taps)
         m_tappedStreams.merge(tappedStreams(m_graph, tap));
     m_connection.wake();
+}
+
+void GraphSession::remakeEndedNodes()
+{
+    pw_core *core = m_connection.core();
+    for (const auto &[node, role] : m_nodes) {
+        if (core != nullptr && node->endedAfter() >= shortestNodeLife)
+            node->realize(core);
+    }
 }
 
 void GraphSession::followMicrophone()

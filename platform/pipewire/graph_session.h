@@ -121,6 +121,7 @@ class GraphSession final : private Connection::Observer
     void tick() override;
 
     void nodesChanged();
+    void remakeEndedNodes();
     void keepProbe();
     bool isTrialLinked() const;
     void followMicrophone();

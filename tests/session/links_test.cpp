@@ -69,6 +69,14 @@ std::vector<GraphLink> ourLinksWith(const std::string &stranger)
     return found;
 }
 
+std::optional<GraphNode> nodeNamedLike(const SoundGraph &graph, const std::string &beginning)
+{
+    const auto found = std::ranges::find_if(graph.nodes, [&](const GraphNode &node) {
+        return node.name.starts_with(beginning) && !node.name.ends_with("sign");
+    });
+    return found == graph.nodes.end() ? std::nullopt : std::optional(*found);
+}
+
 } // namespace
 
 class CutLinks : public testing::TestWithParam<const char *>
@@ -91,6 +99,32 @@ TEST_P(CutLinks, areMadeAgainAndTheMixReturns)
 
 INSTANTIATE_TEST_SUITE_P(With, CutLinks, testing::Values("blackhole_2ch", "microphone", "player"),
                          [](const auto &info) { return std::string(info.param); });
+
+class EndedNodes : public testing::TestWithParam<const char *>
+{
+};
+
+TEST_P(EndedNodes, areMadeAgainAndTheMixReturns)
+{
+    MixBed bed;
+    bed.run();
+    Recorder recorder(bed.session(), {bed.monitor("FL"), bed.monitor("FR")});
+    ASSERT_TRUE(becomesHeard(bed, recorder, theWholeMix));
+    bed.record(recorder, 96000); // who ends it sooner would end the next one, too
+    const auto node = nodeNamedLike(SoundGraph::read(), GetParam());
+    ASSERT_TRUE(node);
+    runToEnd({"pw-cli", "destroy", std::to_string(node->id)});
+    ASSERT_TRUE(bed.waitForGraph([&](const SoundGraph &graph) {
+        const auto made = nodeNamedLike(graph, GetParam());
+        return made && made->properties.at("object.serial") != node->properties.at("object.serial");
+    }));
+    EXPECT_TRUE(becomesHeard(bed, recorder, theWholeMix));
+    EXPECT_TRUE(statusBecomes(bed, isRunning)) << bed.status();
+}
+
+INSTANTIATE_TEST_SUITE_P(Of, EndedNodes,
+                         testing::Values("com.tolvenary.output", "com.tolvenary.microphone", "com.tolvenary.tap"),
+                         [](const auto &info) { return std::string(info.param).substr(sizeof "com.tolvenary"); });
 
 /// Who took them away by a slip of the hand puts them back himself, before we do.
 TEST(Links, thatTheUserMakesAgainDoAsWellAndAreMadeByUsWhenHeTakesThemAway)

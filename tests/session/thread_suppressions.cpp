@@ -14,6 +14,7 @@ extern "C" const char *__tsan_default_suppressions() // NOLINT(bugprone-reserved
            "race:libQt6DBus.so.6\n"
            "race:libdbus-1.so.3\n" // takes its mutexes where the sanitizer sees them, and makes them where it does not
            "race:libpipewire-module-client-node.so\n" // a port's buffers, when its last link goes
+           "race:pw_get_user_name\n" // two connections of one process, as tests have them, ask who the user is
            // The same references, counted in headers: the promise's side lives in our object files.
            "race:QtPrivate::ResultStoreBase\n"
            "race:QtPrivate::ResultIteratorBase\n"

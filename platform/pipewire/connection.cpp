@@ -5,10 +5,14 @@
 #include <condition_variable>
 #include <cstdio>
 #include <mutex>
+#include <pipewire/impl-module.h>
 #include <pipewire/pipewire.h>
 #include <stop_token>
 #include <thread>
 #include <utility>
+
+// Needs what the above include.
+#include <pipewire/extensions/profiler.h>
 
 namespace tolvenary
 {
@@ -186,6 +190,9 @@ void Connection::makeContext()
             failRoundTrips();
         });
         made.reset(pw_context_new(m_loop->loop(), contextProperties(), 0));
+        // Without it the server's profiler could not be asked who has not finished a cycle.
+        if (made)
+            pw_context_load_module(made.get(), PW_EXTENSION_MODULE_PROFILER, nullptr, nullptr);
     }
     pw_thread_loop_lock(m_loop->thread.get());
     m_loop->context = std::move(made);

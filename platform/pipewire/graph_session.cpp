@@ -79,6 +79,8 @@ void GraphSession::update()
 {
     remakeEndedNodes();
     keepProbe();
+    if (m_registry)
+        m_registry->watchCycles(m_watch.verdict().asksWhoStands);
     followMicrophone();
     for (GraphWatcher *watcher : m_watchers)
         watcher->graphChanged();
@@ -187,8 +189,7 @@ void GraphSession::nodesChanged()
 
 void GraphSession::keepProbe()
 {
-    const StallWatch::Verdict &verdict = m_watch.verdict();
-    const bool isWanted = !verdict.heldStreams.empty() || (verdict.needsProbe && m_connection.isResponsive());
+    const bool isWanted = !m_watch.verdict().heldStreams.empty();
     if (isWanted == (m_probe != nullptr))
         return;
     if (!isWanted) {
@@ -214,6 +215,16 @@ bool GraphSession::isTrialLinked() const
            });
 }
 
+/// As far as the server tells of cycles in which the output takes part.
+std::optional<std::set<GlobalId>> GraphSession::unfinished() const
+{
+    for (const auto &[node, role] : m_nodes) {
+        if (std::holds_alternative<OutputRole>(role) && node->nodeId() && m_registry)
+            return m_registry->unfinishedBeside(*node->nodeId());
+    }
+    return std::nullopt;
+}
+
 template <typename Role> std::uint64_t GraphSession::cyclesOf() const
 {
     std::uint64_t cycles = 0;
@@ -228,6 +239,7 @@ void GraphSession::tick()
     StallWatch::Progress progress;
     progress.probe = cyclesOf<ProbeRole>();
     progress.isTrialLinked = isTrialLinked();
+    progress.unfinished = unfinished();
     progress.tap = cyclesOf<TapRole>();
     progress.microphone = cyclesOf<InputRole>();
     progress.output = cyclesOf<OutputRole>();

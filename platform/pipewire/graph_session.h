@@ -124,6 +124,7 @@ class GraphSession final : private Connection::Observer
     void remakeEndedNodes();
     void keepProbe();
     bool isTrialLinked() const;
+    std::optional<std::set<GlobalId>> unfinished() const;
     void followMicrophone();
     void watchForHungMicrophone();
     template <typename Role> std::uint64_t cyclesOf() const;
@@ -138,7 +139,7 @@ class GraphSession final : private Connection::Observer
     Graph m_graph;
     ObjectIds m_ids;
     std::map<FilterNode *, NodeRole> m_nodes;
-    std::shared_ptr<FilterNode> m_probe; ///< there while a stream is held, or all of ours stand still
+    std::shared_ptr<FilterNode> m_probe; ///< there while a stream is held
     std::vector<std::shared_ptr<void>> m_leaving;
     std::set<GraphWatcher *> m_watchers;
     std::unique_ptr<Registry> m_registry;

@@ -110,7 +110,7 @@ void Linker::setWanted(const std::set<GraphLink> &wanted, LinkPauses::Time now)
         if (m_owned.contains(link))
             continue;
         m_pauses.made(link, now);
-        auto owned = std::make_unique<Owned>(Owned{*this, noErr, true, false, makeLink(m_core, link)});
+        auto owned = std::make_unique<Owned>(Owned{.linker = *this, .proxy = makeLink(m_core, link)});
         if (owned->proxy)
             owned->listen();
         else

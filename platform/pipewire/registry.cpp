@@ -1,10 +1,14 @@
 #include "platform/pipewire/registry.h"
 
+#include "platform/pipewire/cycle_reader.h"
 #include "platform/pipewire/graph_reader.h"
 
 #include <cstring>
 #include <pipewire/extensions/metadata.h>
 #include <pipewire/pipewire.h>
+
+// Needs what the above include.
+#include <pipewire/extensions/profiler.h>
 
 namespace tolvenary
 {
@@ -67,11 +71,22 @@ struct Registry::Events {
         return events;
     }
 
+    static pw_profiler_events profiler()
+    {
+        pw_profiler_events events{};
+        events.version = PW_VERSION_PROFILER_EVENTS;
+        events.profile = [](void *data, const spa_pod *pod) {
+            static_cast<const Bound *>(data)->registry.cyclesTold(pod);
+        };
+        return events;
+    }
+
     static const pw_registry_events registryEvents;
     static const pw_node_events nodeEvents;
     static const pw_client_events clientEvents;
     static const pw_metadata_events defaultsEvents;
     static const pw_metadata_events settingsEvents;
+    static const pw_profiler_events profilerEvents;
 };
 
 const pw_registry_events Registry::Events::registryEvents = Events::registry();
@@ -79,6 +94,8 @@ const pw_node_events Registry::Events::nodeEvents = Events::node();
 const pw_client_events Registry::Events::clientEvents = Events::client();
 const pw_metadata_events Registry::Events::defaultsEvents = Events::metadata<&Registry::defaultsChanged>();
 const pw_metadata_events Registry::Events::settingsEvents = Events::metadata<&Registry::settingsChanged>();
+
+const pw_profiler_events Registry::Events::profilerEvents = Events::profiler();
 
 Registry::Registry(pw_core *core, Graph &graph, std::function<void()> changed, std::function<void(GlobalId)> removed)
     : m_graph(graph),
@@ -125,6 +142,8 @@ void Registry::globalAdded(GlobalId id, const char *type, std::uint32_t version,
         }
         return;
     } else {
+        if (kind == PW_TYPE_INTERFACE_Profiler)
+            m_profiler = id;
         return;
     }
     m_changed();
@@ -134,6 +153,29 @@ void Registry::readDefaultsAnew()
 {
     if (m_defaults)
         bind(*m_defaults, PW_TYPE_INTERFACE_Metadata, PW_VERSION_METADATA, &Events::defaultsEvents);
+}
+
+void Registry::watchCycles(bool wanted)
+{
+    if (!m_profiler || wanted == m_bound.contains(*m_profiler))
+        return;
+    m_hasFinished.clear();
+    if (wanted)
+        bind(*m_profiler, PW_TYPE_INTERFACE_Profiler, PW_VERSION_PROFILER, &Events::profilerEvents);
+    else
+        m_bound.erase(*m_profiler);
+}
+
+std::optional<std::set<GlobalId>> Registry::unfinishedBeside(GlobalId node) const
+{
+    if (!m_hasFinished.contains(node))
+        return std::nullopt;
+    std::set<GlobalId> unfinished;
+    for (const auto &[id, hasFinished] : m_hasFinished) {
+        if (!hasFinished)
+            unfinished.insert(id);
+    }
+    return unfinished;
 }
 
 void Registry::bind(GlobalId id, const char *type, std::uint32_t version, const void *events)
@@ -153,6 +195,8 @@ void Registry::globalRemoved(GlobalId id)
     m_bound.erase(id);
     if (id == m_defaults)
         m_defaults.reset();
+    if (id == m_profiler)
+        m_profiler.reset();
     m_graph.nodes.erase(id);
     m_graph.ports.erase(id);
     m_graph.links.erase(id);
@@ -221,6 +265,11 @@ void Registry::settingsChanged(const char *key, const char *value)
     else if (std::strcmp(key, "clock.force-rate") == 0)
         m_graph.forcedRate = readRate(value);
     m_changed();
+}
+
+void Registry::cyclesTold(const spa_pod *cycles)
+{
+    readFinished(cycles, m_hasFinished);
 }
 
 } // namespace tolvenary

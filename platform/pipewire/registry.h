@@ -6,9 +6,12 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
+#include <set>
 
 struct pw_registry;
 struct spa_dict;
+struct spa_pod;
 
 namespace tolvenary
 {
@@ -29,6 +32,12 @@ class Registry
     /// has answered, the server reads nothing that we send.
     void readDefaultsAnew();
 
+    /// While it is wanted, the server tells of each cycle, at some cost.
+    void watchCycles(bool wanted);
+    /// Nodes that had not finished when their last cycle was over; none before the server has told of one that this
+    /// node took part in.
+    std::optional<std::set<GlobalId>> unfinishedBeside(GlobalId node) const;
+
   private:
     struct Events;
     struct Bound;
@@ -44,6 +53,7 @@ class Registry
     void clientInfo(GlobalId id, const spa_dict *properties);
     void defaultsChanged(const char *key, const char *value);
     void settingsChanged(const char *key, const char *value);
+    void cyclesTold(const spa_pod *cycles);
 
     Graph &m_graph;
     std::function<void()> m_changed;
@@ -52,6 +62,8 @@ class Registry
     PwHandle<spa_hook> m_hook;
     std::map<GlobalId, std::unique_ptr<Bound>> m_bound;
     std::optional<GlobalId> m_defaults;
+    std::optional<GlobalId> m_profiler;
+    std::map<GlobalId, bool> m_hasFinished; ///< each node, when its last cycle was over; while cycles are watched
 };
 
 } // namespace tolvenary

@@ -14,69 +14,62 @@ namespace tolvenary
 ///
 /// A node runs in a cycle only after everything linked into it has. A program that is stopped or hangs never finishes
 /// its own, and so the tap, and by the order link the output, would wait for ever: the microphone would be gone because
-/// some player froze. The watch sees that the output stands still while a capture node still runs; it then takes the
-/// standing one out of the order, so that the rest flows, finds the stream that hangs by admitting one at a time, and
-/// holds it back. Now and then it is tried again, on a node of its own: whatever is linked into the tap is missing
-/// while that stands.
+/// some player froze. The watch sees that they stand still, asks the server which nodes have not finished their cycle,
+/// and holds back those of them that the tap hears. Now and then one is tried again, on a node of its own: whatever is
+/// linked into the tap is missing while that stands. Where the server does not tell, all streams are held back, and
+/// come in again by such trials.
 ///
 /// Pure logic: fed with counts, answers with a verdict. Control thread.
 class StallWatch
 {
   public:
     using Time = std::chrono::duration<double>;
+    using Streams = std::set<GlobalId>;
 
     /// Cycles that each of our nodes has run so far.
     struct Progress {
         std::uint64_t microphone = 0;
         std::uint64_t tap = 0;
         std::uint64_t output = 0;
-        std::uint64_t probe = 0;    ///< of the node on which held streams are tried
-        bool isTrialLinked = false; ///< the stream that is tried plays into it
+        std::uint64_t probe = 0;           ///< of the node on which held streams are tried
+        bool isTrialLinked = false;        ///< the stream that is tried plays into it
+        std::optional<Streams> unfinished; ///< nodes that had not finished when their cycle was over; once it is told
     };
 
     struct Verdict {
         bool isMicrophoneInOrder = true;
         bool isTapInOrder = true;
-        std::set<GlobalId> heldStreams;
+        Streams heldStreams;
         std::optional<GlobalId> tried; ///< that one of them which is to play into the probe
-        bool needsProbe = false;       ///< all of ours stand still: does the graph as well?
+        bool asksWhoStands = false;    ///< the server is to tell who has not finished
 
         friend bool operator==(const Verdict &, const Verdict &) = default;
     };
 
     /// `streams` are those that the tap should hear.
-    const Verdict &tick(const Progress &progress, const std::set<GlobalId> &streams, Time now);
+    const Verdict &tick(const Progress &progress, const Streams &streams, Time now);
     const Verdict &verdict() const { return m_verdict; }
 
   private:
-    enum class State { flowing, emptying, probing };
-
-    void forget(const std::set<GlobalId> &streams);
-    void watch(const Progress &progress, const std::set<GlobalId> &streams, Time now);
+    void forget(const Streams &streams);
     void watchMicrophone(const Progress &progress);
-    void watchAll(const Progress &progress, const std::set<GlobalId> &streams, Time now);
-    void holdAll(const Progress &progress, const std::set<GlobalId> &streams);
-    void probe(std::set<GlobalId> suspects);
-    void waitForEmptyTap(const Progress &progress, Time now);
-    void judge(const Progress &progress, Time now);
-    void admitNext(const Progress &progress, Time now);
+    void watchStreams(const Progress &progress, const Streams &streams, Time now);
+    void blame(const Streams &unfinished, const Streams &streams, Time now);
+    void holdAll(const Progress &progress, const Streams &streams, Time now);
     void hold(GlobalId stream, Time now);
     void tryHeld(const Progress &progress, Time now);
     std::optional<GlobalId> dueForTrial(Time now) const;
+    void mark(const Progress &progress, Time now);
 
     struct Retry {
         Time at{};
         Time pause{};
     };
 
-    State m_state = State::flowing;
     Verdict m_verdict;
-    Progress m_mark;
     Progress m_microphoneMark; ///< when it or the output was last seen to run
-    Progress m_standing;       ///< when any of them was last seen to run
-    Time m_standingSince{};
-    std::set<GlobalId> m_suspects;
-    GlobalId m_onTrial = 0;
+    Progress m_mark;           ///< when the tap was last seen to run
+    Time m_markedAt{};
     Time m_trialSince{};
     std::optional<std::uint64_t> m_probeMark; ///< where the probe stood when the stream that is tried was linked
     std::map<GlobalId, Retry> m_retries;

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <csignal>
 #include <gtest/gtest.h>
+#include <numeric>
 
 namespace tolvenary::session
 {
@@ -84,6 +85,38 @@ TEST(Hang, theOtherApplicationsAreHeardWithoutAGapWhileOneIsStopped)
 
     bed.player()->signal(SIGCONT);
     EXPECT_TRUE(bed.waitForGraph([&](const SoundGraph &graph) { return !isThere(graph); }));
+}
+
+// All are held back until the one that hangs is found.
+TEST(Hang, ofManyApplicationsOnlyTheOneThatIsStoppedIsMissing)
+{
+    constexpr std::size_t many = 24;
+    constexpr double each = 0.02;
+    MixBed bed;
+    std::vector<std::unique_ptr<ChildProcess>> others;
+    for (std::size_t i = 0; i < many; ++i) {
+        const std::string name = "other " + std::to_string(i);
+        others.push_back(playApplication(
+            bed.session(),
+            {.nodeName = name, .applicationName = name, .channels = {"FL=steady:0.02", "FR=steady:0.02"}}));
+    }
+    bed.run();
+    Recorder recorder(bed.session(), {bed.monitor("FL")});
+    const auto isHeardOf = [&](std::size_t applications) {
+        const Recording recording = bed.record(recorder, 9600);
+        const auto heard = recording.part(0, recording.longestUnbroken());
+        const double sum = std::accumulate(heard.begin(), heard.end(), 0.0);
+        return std::abs(sum / static_cast<double>(heard.size()) - each * static_cast<double>(applications)) < each / 4;
+    };
+    ASSERT_TRUE(bed.waitFor([&] { return isHeardOf(many); }));
+
+    others[many / 3]->signal(SIGSTOP);
+    const auto stopped = std::chrono::steady_clock::now();
+    EXPECT_TRUE(bed.waitFor([&] { return isHeardOf(many - 1); }));
+    const std::chrono::duration<double> missing = std::chrono::steady_clock::now() - stopped;
+    std::printf("  the others are heard again after %.1f s\n", missing.count());
+    others[many / 3]->signal(SIGCONT);
+    EXPECT_TRUE(bed.waitFor([&] { return isHeardOf(many); }));
 }
 
 TEST(Hang, aMicrophoneAndAnApplicationThatStopAtOnceDoNotSilenceTheOthers)

@@ -3,6 +3,7 @@
 #include "tests/session/support/child_process.h"
 
 #include <fstream>
+#include <string>
 
 namespace tolvenary::session
 {
@@ -101,6 +102,20 @@ void hideMachinesSettings(const fs::path &pipewire)
     }
 }
 
+/// Later servers have a property for it. For 0.3 it is the server's own settings but for that one line: what is set
+/// beside them can only add to them.
+void leaveOutProfiler(const fs::path &pipewire)
+{
+    write(pipewire / "pipewire.conf.d/30-profiler.conf", "context.properties = { module.profiler = false }\n");
+    std::ifstream settings("/usr/share/pipewire/pipewire.conf");
+    std::string kept;
+    for (std::string line; std::getline(settings, line);) {
+        if (!line.ends_with("libpipewire-module-profiler }"))
+            kept += line + '\n';
+    }
+    write(pipewire / "pipewire.conf", kept);
+}
+
 /// Into the configuration directory that the environment names.
 void installDevice(const std::string &installer, const char *channels)
 {
@@ -113,6 +128,8 @@ void installDevice(const std::string &installer, const char *channels)
 void writeConfiguration(const SessionConfiguration &configuration, const fs::path &directory)
 {
     hideMachinesSettings(directory / "pipewire");
+    if (!configuration.profiler)
+        leaveOutProfiler(directory / "pipewire");
     const fs::path pipewire = directory / "pipewire/pipewire.conf.d";
     write(pipewire / "10-clock.conf", clockSettings(configuration));
     if (!configuration.speakers.empty())

@@ -19,10 +19,11 @@ struct AccessRule {
 struct SessionConfiguration {
     int rate = 48000;
     int quantum = 1024;
-    bool pulse = false;             ///< with the server that pulse clients talk to
-    bool shippedDevice = false;     ///< with the "BlackHole 2ch" that the packages carry, installed as a user does it
-    bool wideDevice = false;        ///< and with the "BlackHole 16ch" that they carry as an example
-    std::string installer = {};     ///< what installs it; the source's own where nothing else is said
+    bool pulse = false;         ///< with the server that pulse clients talk to
+    bool shippedDevice = false; ///< with the "BlackHole 2ch" that the packages carry, installed as a user does it
+    bool wideDevice = false;    ///< and with the "BlackHole 16ch" that they carry as an example
+    std::string installer = {}; ///< what installs it; the source's own where nothing else is said
+    bool profiler = true; ///< tells of cycles who asks, as the server does unless somebody has set it up otherwise
     std::string speakers = "FL FR"; ///< channels of the default sink for applications to play into; empty for none
     std::vector<AccessRule> accessRules = {};
 };

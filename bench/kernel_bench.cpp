@@ -131,7 +131,7 @@ class Graph
 
 void benchGraph(Duels &duels)
 {
-    const Traffic &traffic = wideMixLoops() != nullptr ? bench::wideTraffic() : bench::plainTraffic();
+    const Traffic &traffic = wideMixLoops() != nullptr ? *bench::wideTraffic() : bench::plainTraffic();
     for (const std::uint32_t frames : sizes) {
         Graph graph;
         Stereo output;
@@ -241,7 +241,7 @@ int main()
         Duels duels;
         benchLoops(duels, "plain", plainMixLoops(), bench::plainTraffic(), 1.9);
         if (wideMixLoops() != nullptr)
-            benchLoops(duels, "AVX2", *wideMixLoops(), bench::wideTraffic(), 1.4);
+            benchLoops(duels, "AVX2", *wideMixLoops(), *bench::wideTraffic(), 1.4);
         else
             bench::progress("this processor has no AVX2");
         benchGraph(duels);

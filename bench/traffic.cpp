@@ -51,6 +51,8 @@ void twoToOnePlain(float *to, const float *a, const float *b, std::size_t frames
     twoToOne<4>(to, a, b, frames);
 }
 
+#ifdef __x86_64__
+
 [[gnu::target("avx2")]] void oneToOneWide(float *to, const float *from, std::size_t frames)
 {
     oneToOne<8>(to, from, frames);
@@ -61,8 +63,11 @@ void twoToOnePlain(float *to, const float *a, const float *b, std::size_t frames
     twoToOne<8>(to, a, b, frames);
 }
 
-constexpr Traffic plain{oneToOnePlain, twoToOnePlain};
 constexpr Traffic wide{oneToOneWide, twoToOneWide};
+
+#endif
+
+constexpr Traffic plain{oneToOnePlain, twoToOnePlain};
 
 } // namespace
 
@@ -71,9 +76,13 @@ const Traffic &plainTraffic()
     return plain;
 }
 
-const Traffic &wideTraffic()
+const Traffic *wideTraffic()
 {
-    return wide;
+#ifdef __x86_64__
+    return &wide;
+#else
+    return nullptr;
+#endif
 }
 
 } // namespace tolvenary::bench

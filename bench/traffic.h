@@ -13,7 +13,7 @@ struct Traffic {
 };
 
 const Traffic &plainTraffic();
-/// Only for a processor with AVX2.
-const Traffic &wideTraffic();
+/// Only for a processor with AVX2; null where there is no such processor.
+const Traffic *wideTraffic();
 
 } // namespace tolvenary::bench

@@ -4,6 +4,8 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <stdexcept>
 
@@ -21,6 +23,11 @@ QJsonArray arrayOf(const std::vector<double> &values)
     return array;
 }
 
+bool areNumbers(const std::vector<double> &values)
+{
+    return std::ranges::all_of(values, [](double value) { return std::isfinite(value); });
+}
+
 void insert(QJsonObject &object, const char *name, const std::optional<double> &value)
 {
     if (value)
@@ -33,6 +40,9 @@ void report(const Row &row)
 {
     if (row.ours.empty() || (!row.theirs.empty() && row.theirs.size() != row.ours.size()))
         throw std::invalid_argument("a row without rounds, or with rounds of one only: " + row.work);
+    // JSON has no word for these; they would be read as 0, which is less than any aim.
+    if (!areNumbers(row.ours) || !areNumbers(row.theirs))
+        throw std::invalid_argument("a figure that is no number: " + row.work);
     QJsonObject object{{QStringLiteral("part"), QString::fromStdString(row.part)},
                        {QStringLiteral("work"), QString::fromStdString(row.work)},
                        {QStringLiteral("beside"), QString::fromStdString(row.beside)},

@@ -21,7 +21,8 @@ struct Row {
 };
 
 /// Prints the row as one line of JSON on standard output, where scripts/bench gathers it; nothing else may be written
-/// there. Throws std::invalid_argument for a row that has no rounds, or not as many of theirs as of ours.
+/// there. Throws std::invalid_argument for a row that has no rounds, not as many of theirs as of ours, or a figure that
+/// is no number.
 void report(const Row &row);
 
 /// What is being done now, on standard error, for whoever waits.

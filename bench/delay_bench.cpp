@@ -1,6 +1,7 @@
 // By how many frames a click is later in the device than at the microphone's or the application's port, beside two
-// pw-loopback that do the same mix. Each click is a round. The median counts: a late wake-up of the machine delays
-// either until it has been made up for.
+// pw-loopback that do the same mix. Each click is a round; both are started anew in turns, since in which order the
+// nodes run is settled when they are linked. The median counts: a late wake-up of the machine delays either until it
+// has been made up for.
 
 #include "bench/loopback_pair.h"
 #include "bench/report.h"
@@ -19,7 +20,8 @@ using bench::LoopbackPair;
 using bench::progress;
 
 constexpr std::array<int, 4> quanta{32, 64, 256, 1024};
-constexpr std::size_t rounds = 11;
+constexpr int turns = 3;
+constexpr std::size_t clicksATurn = 5;
 constexpr const char *microphonePort = "microphone:capture_MONO";
 
 // The application plays to the right only and louder, so that each source's clicks can be told apart in the mix.
@@ -34,13 +36,19 @@ struct Delays {
     std::vector<double> microphone;
     std::vector<double> application;
 
-    bool areEnough() const { return microphone.size() >= rounds && application.size() >= rounds; }
+    bool areEnough() const { return microphone.size() >= clicksATurn && application.size() >= clicksATurn; }
+
+    void append(const Delays &more)
+    {
+        microphone.insert(microphone.end(), more.microphone.begin(), more.microphone.end());
+        application.insert(application.end(), more.application.begin(), more.application.end());
+    }
 };
 
 void append(std::vector<double> &delays, const Samples &played, const Samples &heard, float threshold)
 {
     for (const long delay : clickDelays(findClicks(played, threshold), findClicks(heard, threshold), 4000))
-        if (delays.size() < rounds)
+        if (delays.size() < clicksATurn)
             delays.push_back(static_cast<double>(delay));
 }
 
@@ -114,8 +122,12 @@ int main()
         for (const int quantum : quanta) {
             progress("delay, " + std::to_string(quantum) + " frames a cycle");
             bed.session().set("clock.force-quantum", std::to_string(quantum));
-            const Delays ours = ofOurs(bed, recorder);
-            const Delays theirs = ofLoopbacks(bed, recorder);
+            Delays ours;
+            Delays theirs;
+            for (int turn = 0; turn < turns; ++turn) {
+                ours.append(ofOurs(bed, recorder));
+                theirs.append(ofLoopbacks(bed, recorder));
+            }
             report("microphone", quantum, ours.microphone, theirs.microphone);
             report("application", quantum, ours.application, theirs.application);
         }

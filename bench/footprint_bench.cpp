@@ -51,10 +51,14 @@ double loadedKilobytes(const std::string &path)
     return bytes / 1024;
 }
 
-double linesOf(const std::filesystem::path &file)
+/// A call that another thread's interrupts takes a second line in the tracer's log; a signal, one that is no call.
+double callsIn(const std::filesystem::path &log)
 {
-    std::ifstream lines(file);
-    return static_cast<double>(std::count(std::istreambuf_iterator<char>(lines), {}, '\n'));
+    std::ifstream lines(log);
+    double calls = 0;
+    for (std::string line; std::getline(lines, line);)
+        calls += line.find(" resumed>") == std::string::npos && line.find(" --- SIG") == std::string::npos ? 1 : 0;
+    return calls;
 }
 
 /// Of all its threads, until its window is on the screen.
@@ -64,7 +68,7 @@ double systemCallsAtStart(PrivateSession &session, const std::string &program, c
     // The tracer steps aside, so that what is started here, and ended in the end, is the program.
     const auto traced = session.start({"strace", "-D", "-f", "-qq", "-o", log.string(), program});
     runToEnd({"xdotool", "search", "--sync", "--onlyvisible", "--class", windowClass}, 60s);
-    return linesOf(log);
+    return callsIn(log);
 }
 
 /// Times a second, of both in the same seconds.

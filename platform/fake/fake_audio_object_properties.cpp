@@ -31,6 +31,23 @@ bool isText(std::uint32_t selector)
            selector == kAudioTapPropertyUID;
 }
 
+/// Where a property is found, as the system has it: nothing is answered elsewhere.
+std::uint32_t scopeOf(std::uint32_t selector)
+{
+    if (selector == kAudioDevicePropertyStreamConfiguration)
+        return kAudioDevicePropertyScopeOutput;
+    return selector == kAudioDevicePropertyStreamFormat ? kAudioObjectPropertyScopeInput
+                                                        : kAudioObjectPropertyScopeGlobal;
+}
+
+bool isThere(AudioObjectID object, const AudioObjectPropertyAddress &address)
+{
+    const bool isSystems = address.mSelector == kAudioHardwarePropertyDevices ||
+                           address.mSelector == kAudioHardwarePropertyTranslatePIDToProcessObject;
+    return address.mScope == scopeOf(address.mSelector) && address.mElement == kAudioObjectPropertyElementMain &&
+           isSystems == (object == kAudioObjectSystemObject);
+}
+
 std::optional<std::vector<std::byte>> streamConfiguration(const FakeDevice &device)
 {
     if (device.configurationHasNoSize)
@@ -54,7 +71,7 @@ OSStatus FakeAudioObjectProperties::AudioObjectGetPropertyDataSize(AudioObjectID
     const OSStatus status = m_calls.note("AudioObjectGetPropertyDataSize " + selectorText(address.mSelector));
     if (status != noErr)
         return status;
-    const auto bytes = value(object, address, {});
+    const auto bytes = isThere(object, address) ? value(object, address, {}) : std::nullopt;
     if (!bytes)
         return -ENOENT;
     outDataSize = static_cast<std::uint32_t>(bytes->size());
@@ -70,6 +87,8 @@ OSStatus FakeAudioObjectProperties::AudioObjectGetPropertyData(AudioObjectID obj
     const OSStatus status = m_calls.note("AudioObjectGetPropertyData " + selectorText(address.mSelector));
     if (status != noErr)
         return status;
+    if (!isThere(object, address))
+        return -ENOENT;
     if (isText(address.mSelector)) {
         const auto found = text(object, address.mSelector);
         if (!found || ioDataSize != sizeof(StringReference))

@@ -7,7 +7,8 @@
 namespace tolvenary
 {
 
-/// Reads the fake objects. Calls are noted with their selector: "AudioObjectGetPropertyData lnam".
+/// Reads the fake objects. Each property is found in its own scope and, for those of the whole system, at the system
+/// object alone. Calls are noted with their selector: "AudioObjectGetPropertyData lnam".
 class FakeAudioObjectProperties final : public AudioObjectProperties
 {
   public:

@@ -72,6 +72,7 @@ class FakeAudioUnits::OutputUnit final : public AudioOutputUnit
     }
 
     const RenderCallback &callback() const { return m_render; }
+    AudioObjectID device() const { return m_device; }
 
   private:
     static bool isCurrentDevice(std::uint32_t property, std::uint32_t scope, std::uint32_t element)
@@ -155,6 +156,12 @@ bool FakeAudioUnits::inputCycle(ConstPlanarBlock input)
         return false;
     m_input->callback()(AudioTimeStamp{}, input);
     return true;
+}
+
+AudioObjectID FakeAudioUnits::boundDevice() const
+{
+    const std::lock_guard guard(m_mutex);
+    return m_output != nullptr ? m_output->device() : kAudioObjectUnknown;
 }
 
 bool FakeAudioUnits::outputIsRunning() const

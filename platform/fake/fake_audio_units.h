@@ -33,6 +33,9 @@ class FakeAudioUnits final : public AudioUnits
     /// One cycle of the input. False while no unit runs. Thread: any.
     bool inputCycle(ConstPlanarBlock input);
 
+    /// The device that was set last; unknown without a unit.
+    AudioObjectID boundDevice() const;
+
     bool outputIsRunning() const;
     bool inputIsRunning() const;
     int alive() const { return m_alive; }

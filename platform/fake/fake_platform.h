@@ -60,7 +60,7 @@ class FakePlatform final : public Platform
     FakeShareableContent m_shareableContent{m_calls};
     FakeCaptureStreams m_captureStreams{m_calls};
     FakeProcessInfo m_processInfo;
-    FakeTimers m_timers;
+    FakeTimers m_timers{m_calls};
     FakeWorkspace m_workspace;
     FakeWindowOcclusion m_windowOcclusion;
 };

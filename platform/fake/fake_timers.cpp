@@ -1,6 +1,7 @@
 #include "platform/fake/fake_timers.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace tolvenary
 {
@@ -16,20 +17,31 @@ struct FakeTimers::Schedule {
 class FakeTimers::ScheduledTimer final : public Timer
 {
   public:
-    explicit ScheduledTimer(std::shared_ptr<Schedule> schedule) : m_schedule(std::move(schedule)) {}
-    ~ScheduledTimer() override { m_schedule->valid = false; }
-    void invalidate() override { m_schedule->valid = false; }
+    ScheduledTimer(FakeCalls &calls, std::shared_ptr<Schedule> schedule)
+        : m_calls(calls), m_schedule(std::move(schedule))
+    {
+    }
+    ~ScheduledTimer() override { end(); }
+    void invalidate() override { end(); }
 
   private:
+    void end()
+    {
+        if (std::exchange(m_schedule->valid, false))
+            m_calls.note("invalidate");
+    }
+
+    FakeCalls &m_calls;
     std::shared_ptr<Schedule> m_schedule;
 };
 
 std::unique_ptr<Timer> FakeTimers::scheduledTimerWithTimeInterval(Duration interval, bool repeats,
                                                                   std::function<void()> block)
 {
+    m_calls.note("scheduledTimerWithTimeInterval");
     auto schedule = std::make_shared<Schedule>(Schedule{m_now + interval, interval, repeats, std::move(block), true});
     m_schedules.push_back(schedule);
-    return std::make_unique<ScheduledTimer>(std::move(schedule));
+    return std::make_unique<ScheduledTimer>(m_calls, std::move(schedule));
 }
 
 void FakeTimers::advance(Duration duration)

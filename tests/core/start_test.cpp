@@ -50,7 +50,15 @@ TEST_F(StartTest, aRefusedStartTouchesNothingElse)
     coordinator().setSelectedAppID(std::nullopt);
     calls().clearLog();
     start();
+    EXPECT_EQ(status(), "Pick an app first.");
     EXPECT_EQ(coordinator().micFrames(), 10U);
+
+    coordinator().setSelectedAppID(music);
+    coordinator().setSelectedBlackHole(std::nullopt);
+    start();
+    EXPECT_EQ(status(), "BlackHole device not found.");
+    EXPECT_EQ(coordinator().micFrames(), 10U);
+    EXPECT_FALSE(coordinator().isRunning());
     EXPECT_TRUE(calls().log().empty());
 }
 
@@ -68,11 +76,14 @@ TEST_F(StartTest, aCompleteStartRunsAndSaysWhatToDoNext)
 TEST_F(StartTest, aSecondStartWhileRunningChangesNothing)
 {
     pickAllAndStart();
+    inputCycle(0.1F, 10);
+    passTicks(1);
     coordinator().setStatus(QStringLiteral("as it was"));
     coordinator().setSelectedAppID(std::nullopt);
     calls().clearLog();
     start();
     EXPECT_EQ(status(), "as it was");
+    EXPECT_EQ(coordinator().micFrames(), 10U);
     EXPECT_TRUE(coordinator().isRunning());
     EXPECT_TRUE(calls().log().empty());
 }
@@ -99,8 +110,19 @@ TEST_F(StartTest, theStepsComeInTheirOrder)
         "AudioObjectGetPropertyData sfmt",
         "AudioDeviceCreateIOProcIDWithBlock",
         "AudioDeviceStart",
+        "scheduledTimerWithTimeInterval",
     };
     EXPECT_THAT(calls().log(), ElementsAreArray(expected));
+}
+
+TEST_F(StartTest, thatItRunsIsToldWhenTheMeterTicksAlready)
+{
+    pickAll();
+    std::vector<std::size_t> timers;
+    QObject::connect(&coordinator(), &MixCoordinator::isRunningChanged, &coordinator(),
+                     [&] { timers.push_back(m_platform.timers().scheduled()); });
+    start();
+    EXPECT_THAT(timers, testing::ElementsAre(1U));
 }
 
 TEST_F(StartTest, aTextWithPlaceholdersInItIsShownAsItIs)
@@ -152,8 +174,12 @@ TEST_P(FailedStartTest, itNamesItsStageAndReleasesWhatWasMadeInReverse)
 {
     pickAll();
     calls().fail(GetParam().operation, -77);
+    std::vector<bool> heldWhenTold;
+    QObject::connect(&coordinator(), &MixCoordinator::statusChanged, &coordinator(),
+                     [&] { heldWhenTold.push_back(m_platform.holdsAnything()); });
     start();
     EXPECT_TRUE(status().starts_with("Start failed [" + std::string(GetParam().stage) + "]: ")) << status();
+    EXPECT_THAT(heldWhenTold, testing::ElementsAre(false)) << "first everything is released, then it is told";
     EXPECT_FALSE(coordinator().isRunning());
     EXPECT_FALSE(m_platform.holdsAnything());
 

@@ -107,6 +107,19 @@ TEST_F(StreamFieldsTest, teardownLetsGoOfTheCompanionsAtOnce)
     EXPECT_EQ(deliver(0.5F, 4), 0) << "the stream still runs, but nobody listens";
 }
 
+TEST_F(StreamFieldsTest, teardownLetsGoOfTheCompanionsAfterTheMeterAndBeforeTheTap)
+{
+    pickAllAndStart();
+    std::shared_ptr<void> sign(nullptr, [this](void *) { calls().note("~StreamErrorDelegate"); });
+    auto delegate = std::make_shared<StreamErrorDelegate>([sign = std::move(sign)](const Error &) {});
+    coordinator().setStream(nullptr, nullptr, std::move(delegate), nullptr);
+    calls().clearLog();
+    coordinator().teardown();
+    ASSERT_GE(calls().log().size(), 3U);
+    EXPECT_THAT(std::vector(calls().log().begin(), calls().log().begin() + 3),
+                ElementsAre("invalidate", "~StreamErrorDelegate", "AudioDeviceStop"));
+}
+
 TEST_F(StreamFieldsTest, aStopThatFailsIsIgnored)
 {
     pickAllAndStart();

@@ -87,6 +87,14 @@ TEST_F(BlackHoleLocatorTest, aDeviceWithoutOutputChannelsIsNotListed)
     EXPECT_THAT(findAll(), IsEmpty());
 }
 
+TEST_F(BlackHoleLocatorTest, channelsAreCountedWithASign)
+{
+    add(60, "BlackHole 2ch").outputBuffers = std::vector<std::uint32_t>{0x80000000};
+    add(61, "BlackHole 2ch").outputBuffers = std::vector<std::uint32_t>{0xffffffff, 1};
+    add(62, "BlackHole 2ch").outputBuffers = std::vector<std::uint32_t>{0xffffffff, 2};
+    EXPECT_THAT(findAll(), ElementsAre(BlackHoleDevice{62, "BlackHole 2ch", "uid-62"}));
+}
+
 TEST_F(BlackHoleLocatorTest, channelsMayLieInAnyBuffer)
 {
     add(60, "BlackHole 2ch").outputBuffers = std::vector<std::uint32_t>{0, 1};
@@ -138,8 +146,12 @@ TEST_F(BlackHoleLocatorTest, propertiesAreAskedForInTheirScopes)
     add(60, "BlackHole 2ch");
     findAll();
     std::vector<AudioObjectPropertyAddress> addresses;
-    for (const auto &read : m_platform.audioObjectProperties().reads())
+    std::vector<AudioObjectID> objects;
+    for (const auto &read : m_platform.audioObjectProperties().reads()) {
         addresses.push_back(read.address);
+        objects.push_back(read.object);
+    }
+    EXPECT_THAT(objects, ElementsAre(kAudioObjectSystemObject, 60U, 60U, 60U)) << "each once";
     EXPECT_THAT(addresses, ElementsAre(AudioObjectPropertyAddress{fourCharCode("dev#"), fourCharCode("glob"), 0},
                                        AudioObjectPropertyAddress{fourCharCode("lnam"), fourCharCode("glob"), 0},
                                        AudioObjectPropertyAddress{fourCharCode("slay"), fourCharCode("outp"), 0},

@@ -84,6 +84,10 @@ class MixCoordinator : public QObject
     std::uint64_t micFrames() const { return m_micFrames; }
     std::uint64_t appFrames() const { return m_appFrames; }
 
+    /// The gain stages of this run, or of the last one, which stay and follow the gains; none before the first.
+    std::shared_ptr<const AVAudioMixerNode> micMixer() const { return m_micMixer; }
+    std::shared_ptr<const AVAudioMixerNode> appMixer() const { return m_appMixer; }
+
     void setSelectedAppID(std::optional<std::int32_t> processID);
     void setSelectedBlackHole(std::optional<BlackHoleDevice> device);
     void setMicGain(float gain);

@@ -32,6 +32,7 @@ TEST_F(OutputEngineTest, theSelectedDeviceIsBoundAndReadBack)
     coordinator().setSelectedBlackHole(BlackHoleDevice{blackHole, "BlackHole 2ch", "uid-60"});
     start();
     EXPECT_TRUE(coordinator().isRunning());
+    EXPECT_EQ(units().boundDevice(), blackHole) << "not the system's first";
     EXPECT_EQ(calls().count("AudioUnitSetProperty"), 1);
     EXPECT_EQ(calls().count("AudioUnitGetProperty"), 1);
 }
@@ -63,6 +64,19 @@ TEST_F(OutputEngineTest, anotherDeviceReadBackFailsWithCode21)
     units().readsBack = 4294967295;
     pickAllAndStart();
     expectFailure("Output device did not switch (got 4294967295, wanted 60). (Tolvenary 21)");
+}
+
+TEST_F(OutputEngineTest, alsoTheDeviceAskedForIsToldWithoutASign)
+{
+    constexpr AudioObjectID highest = 4294967295;
+    addDevice(highest);
+    coordinator().refreshBlackHole();
+    setApplications({{"Music", music, "music"}});
+    refreshApps();
+    coordinator().setSelectedAppID(music);
+    units().readsBack = 60;
+    start();
+    expectFailure("Output device did not switch (got 60, wanted 4294967295). (Tolvenary 21)");
 }
 
 TEST_F(OutputEngineTest, aReadThatFailsIsReportedAsTheDevice0)
@@ -99,6 +113,40 @@ TEST_F(OutputEngineTest, aSecondRunHasAGraphOfItsOwn)
     ASSERT_TRUE(inputCycle(0.25F, 64));
     ASSERT_TRUE(tapCycle(0.5F, 64));
     EXPECT_THAT(outputCycle(64), Each(0.75F)) << "each source once: nothing of the old graph plays along";
+}
+
+TEST_F(OutputEngineTest, eachRunHasMixersOfItsOwn)
+{
+    EXPECT_EQ(coordinator().micMixer(), nullptr);
+    EXPECT_EQ(coordinator().appMixer(), nullptr);
+    pickAllAndStart();
+    const auto mic = coordinator().micMixer();
+    const auto app = coordinator().appMixer();
+    ASSERT_TRUE(mic != nullptr && app != nullptr);
+    coordinator().teardown();
+    EXPECT_EQ(coordinator().micMixer(), mic) << "a stop leaves them";
+    EXPECT_EQ(coordinator().appMixer(), app);
+    start();
+    EXPECT_NE(coordinator().micMixer(), mic);
+    EXPECT_NE(coordinator().appMixer(), app);
+    EXPECT_NE(coordinator().micMixer(), coordinator().appMixer());
+}
+
+TEST_F(OutputEngineTest, theIdleMixersOfTheLastRunFollowTheGains)
+{
+    pickAllAndStart();
+    const auto mic = coordinator().micMixer();
+    const auto app = coordinator().appMixer();
+    coordinator().teardown();
+    coordinator().setMicGain(0.5F);
+    coordinator().setAppGain(1.5F);
+    EXPECT_EQ(mic->outputVolume(), 0.5F);
+    EXPECT_EQ(app->outputVolume(), 1.5F);
+    start();
+    EXPECT_EQ(coordinator().micMixer()->outputVolume(), 0.5F);
+    EXPECT_EQ(coordinator().appMixer()->outputVolume(), 1.5F);
+    coordinator().setMicGain(2);
+    EXPECT_EQ(mic->outputVolume(), 0.5F) << "it is nobody's any more";
 }
 
 TEST_F(OutputEngineTest, aGainSetWhileStoppedHoldsForTheNextRun)

@@ -2,6 +2,10 @@
 #include "core/mix_coordinator.h"
 #include "core/tolvenary_error.h"
 #include "platform/audio/av_audio_sink_node.h"
+#include "platform/audio_server.h"
+#include "platform/platform.h"
+
+#include <cerrno>
 
 namespace tolvenary
 {
@@ -36,6 +40,9 @@ Result<void> MixCoordinator::setupCaptureEngine()
 {
     AVAudioInputNode &input = m_captureEngine.inputNode();
     const std::optional<AVAudioFormat> format = input.inputFormatForBus(0);
+    // With the server all microphones are gone, and no setting of the user's is to blame.
+    if (!format && m_platform.audioServer().state() == AudioServerState::gone)
+        return failure(-ENOTCONN, "The sound server went away (OSStatus " + std::to_string(-ENOTCONN) + ").");
     if (!format)
         return tolvenaryFailure(noMicrophoneInput,
                                 "No microphone input available. Set the system default input to your mic.");

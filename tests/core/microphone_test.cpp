@@ -61,11 +61,36 @@ TEST_F(MicrophoneTest, withoutAnInputTheStartFailsBeforeAnythingIsTapped)
     }
 }
 
+TEST_F(MicrophoneTest, whenTheServerWentAwayWithItNoMicrophoneIsMissed)
+{
+    units().inputFormat = {};
+    m_platform.audioServer().current = AudioServerState::gone;
+    pickAllAndStart();
+    EXPECT_EQ(status(), "Start failed [capture-engine]: The sound server went away (OSStatus -107). "
+                        "(NSOSStatusErrorDomain -107)");
+    EXPECT_FALSE(m_platform.holdsAnything());
+    m_platform.audioServer().current = AudioServerState::hangs;
+    start();
+    EXPECT_EQ(status(), noInput) << "one that is there may have none";
+}
+
 TEST_F(MicrophoneTest, aSystemWithoutAnInputUnitHasNoInput)
 {
     units().hasInputUnit = false;
     pickAllAndStart();
     EXPECT_EQ(status(), noInput);
+}
+
+TEST_F(MicrophoneTest, anotherMicrophoneAtTheNextStartIsConvertedFromItsOwnFormat)
+{
+    units().inputFormat = {44100, 1};
+    pickAllAndStart();
+    ASSERT_TRUE(inputCycle(0.25F, 64, 1));
+    coordinator().teardown();
+    units().inputFormat = {48000, 2};
+    start();
+    ASSERT_TRUE(inputCycle(0.25F, 4));
+    EXPECT_THAT(outputCycle(4), ElementsAre(0.25F, 0.25F, 0.25F, 0.25F));
 }
 
 TEST_F(MicrophoneTest, anEngineThatCannotStartFailsWithItsOwnError)

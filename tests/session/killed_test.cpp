@@ -144,6 +144,13 @@ class KilledMix
     MixCoordinator m_mix{m_platform};
 };
 
+/// The microphone is not to blame, though it is gone with the server.
+void expectFailureOfTheServer(const std::string &status)
+{
+    EXPECT_THAT(status, testing::StartsWith("Start failed ["));
+    EXPECT_THAT(status, testing::Not(testing::HasSubstr("No microphone input available")));
+}
+
 /// A session manager gives the devices new ports some time after it has begun. The mix links them by itself; who speaks
 /// and who listens here must do it anew, and perhaps again.
 bool isHeardByNewEars(MixBed &bed)
@@ -187,6 +194,7 @@ TEST(KilledServer, inAnyStepOfAStartIsAStatusAndTheNextStartWorks)
 {
     KilledMix mix;
     for (const std::string &step : stepsOfAStart) {
+        SCOPED_TRACE(step);
         mix.killBefore(step);
         Heartbeat heartbeat;
         mix.scanAndStart();
@@ -198,7 +206,7 @@ TEST(KilledServer, inAnyStepOfAStartIsAStatusAndTheNextStartWorks)
         if (mix.isRunning())
             EXPECT_TRUE(mix.becomesGivenUp()) << step << ": " << mix.status();
         else
-            EXPECT_THAT(mix.status(), testing::StartsWith("Start failed [")) << step;
+            expectFailureOfTheServer(mix.status());
         mix.restart();
     }
     mix.scanAndStart();
@@ -240,7 +248,7 @@ TEST(KilledServer, atAnyMomentOfAStartIsAStatusAndTheNextStartWorks)
             if (mix.isRunning())
                 EXPECT_TRUE(mix.becomesGivenUp()) << mix.status();
             else
-                EXPECT_THAT(mix.status(), testing::StartsWith("Start failed ["));
+                expectFailureOfTheServer(mix.status());
             EXPECT_FALSE(mix.isRunning());
         }
         mix.restart();

@@ -51,11 +51,29 @@ TEST_F(ApplicationListTest, thisProgramAndWhatHasNoNameAreNotListed)
     EXPECT_THAT(coordinator().availableApps(), ElementsAre(SCRunningApplication{"Music", 3, "music"}));
 }
 
+TEST_F(ApplicationListTest, itIsTheProcessThatTellsWhoWeAreNotTheName)
+{
+    m_platform.processInfo().processID = 555;
+    setApplications({{"Tolvenary", 556, "com.tolvenary.app"}, {"Musik", 555, "music"}, {" ", 557, ""}});
+    refreshApps();
+    EXPECT_THAT(processes(), ElementsAre(557, 556)) << "and a blank is a name";
+}
+
 TEST_F(ApplicationListTest, namesAreSortedWithoutRegardToCase)
 {
     setApplications({{"Zulu", 1, ""}, {"zoom", 2, ""}, {"Arc", 3, ""}});
     refreshApps();
     EXPECT_THAT(names(), ElementsAre("Arc", "zoom", "Zulu"));
+}
+
+TEST_F(ApplicationListTest, namesAreComparedInLowerCaseAndNoOther)
+{
+    setApplications({{"Arc", 1, ""}, {"_tool", 2, ""}});
+    refreshApps();
+    EXPECT_THAT(processes(), ElementsAre(2, 1)) << "an underscore is before a, and behind A";
+    setApplications({{"ſa", 1, ""}, {"sz", 2, ""}});
+    refreshApps();
+    EXPECT_THAT(processes(), ElementsAre(2, 1)) << "the long s is in lower case already, and behind z";
 }
 
 TEST_F(ApplicationListTest, equalNamesStayInTheSystemsOrder)
@@ -92,6 +110,14 @@ TEST_F(ApplicationListTest, aFailureIsToldAndTheOldListStays)
     refreshApps();
     EXPECT_EQ(status(), "App list error: The sound server cannot be reached.");
     EXPECT_THAT(names(), ElementsAre("Music"));
+}
+
+TEST_F(ApplicationListTest, aListThatCanBeHadSaysNothing)
+{
+    coordinator().setStatus(QStringLiteral("Stopped"));
+    setApplications({{"Music", 3, "music"}});
+    refreshApps();
+    EXPECT_EQ(status(), "Stopped");
 }
 
 TEST_F(ApplicationListTest, anEmptyListIsNoError)

@@ -84,6 +84,16 @@ TEST_F(BlackHoleSelectionTest, theSameUIDOnAnotherObjectIsAnotherDevice)
     EXPECT_EQ(coordinator().selectedBlackHole(), first);
 }
 
+TEST_F(BlackHoleSelectionTest, aRefreshSaysNothing)
+{
+    coordinator().setStatus(QStringLiteral("Stopped"));
+    addBoth();
+    EXPECT_EQ(status(), "Stopped");
+    m_platform.objects().devices.clear();
+    coordinator().refreshBlackHole();
+    EXPECT_EQ(status(), "Stopped");
+}
+
 TEST_F(BlackHoleSelectionTest, aListThatCannotBeReadIsEmptyAndNoStatus)
 {
     addBoth();

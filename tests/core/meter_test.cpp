@@ -48,6 +48,16 @@ TEST_F(MeterTest, countsArePublishedWithTheLine)
     EXPECT_EQ(status(), runningLine(480, 256));
 }
 
+TEST_F(MeterTest, theLineNamesTheDeviceOfTheStartWhateverIsPickedMeanwhile)
+{
+    coordinator().setSelectedBlackHole(BlackHoleDevice{otherBlackHole, "BlackHole 16ch", ""});
+    passTicks(1);
+    EXPECT_EQ(status(), runningLine(0, 0));
+    coordinator().setSelectedBlackHole(std::nullopt);
+    passTicks(1);
+    EXPECT_EQ(status(), runningLine(0, 0));
+}
+
 TEST_F(MeterTest, withinTwoSecondsNobodyIsCalledSilent)
 {
     passTicks(3);

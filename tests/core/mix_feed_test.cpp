@@ -34,6 +34,16 @@ TEST_F(MixFeedTest, eachSourceIsCountedForItself)
     EXPECT_EQ(counts().app, 2U);
 }
 
+TEST_F(MixFeedTest, aCountGoesOnBeyond32Bits)
+{
+    constexpr std::uint64_t aDay = 48000ULL * 60 * 60 * 25;
+    m_counters->withLock([](FrameCounts &current) { current = {aDay, aDay}; });
+    m_feed.feedMic(makeBuffer(m_pool, {1, 2, 3}));
+    m_feed.feedApp(makeBuffer(m_pool, {1, 2}));
+    EXPECT_EQ(counts().mic, aDay + 3);
+    EXPECT_EQ(counts().app, aDay + 2);
+}
+
 TEST_F(MixFeedTest, anEmptyBufferCountsNothingAndIsScheduledAllTheSame)
 {
     m_feed.feedMic(m_pool.make(standardFormat(), 32));

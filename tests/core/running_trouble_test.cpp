@@ -62,6 +62,20 @@ TEST_F(RunningTrouble, aServerThatStaysAwayEndsTheRun)
     EXPECT_EQ(status(), "Running. In Discord, set Input to BlackHole 2ch.");
 }
 
+TEST_F(RunningTrouble, aNewRunWaitsItsOwnFiveSeconds)
+{
+    m_platform.audioServer().current = AudioServerState::gone;
+    passTicks(2);
+    coordinator().teardown();
+    passTicks(20);
+    start();
+    passTicks(10);
+    EXPECT_EQ(status(), "The sound server went away. Waiting for it to come back.");
+    EXPECT_TRUE(coordinator().isRunning());
+    passTicks(1);
+    EXPECT_FALSE(coordinator().isRunning());
+}
+
 TEST_F(RunningTrouble, aDeviceThatIsAwayIsNotFoundUntilItIsBack)
 {
     m_platform.audioUnits().readsBack = kAudioObjectUnknown;
@@ -82,4 +96,36 @@ TEST_F(RunningTrouble, aMicrophoneThatIsAwayIsMissedUntilThereIsOne)
     m_platform.audioUnits().inputFormat = {44100, 1};
     passTicks(1);
     EXPECT_EQ(status(), runningLine);
+}
+
+TEST_F(RunningTrouble, theCountsGoOnMeanwhile)
+{
+    m_platform.audioUnits().readsBack = kAudioObjectUnknown;
+    inputCycle(0.1F, 20);
+    passTicks(1);
+    EXPECT_EQ(status(), "BlackHole device not found.");
+    EXPECT_EQ(coordinator().micFrames(), 500U);
+}
+
+TEST_F(RunningTrouble, ofSeveralTheOneThatExplainsTheOthersIsNamed)
+{
+    m_platform.audioUnits().inputFormat = {};
+    m_platform.audioUnits().readsBack = kAudioObjectUnknown;
+    passTicks(1);
+    EXPECT_EQ(status(), "BlackHole device not found.");
+    m_platform.audioServer().current = AudioServerState::hangs;
+    passTicks(1);
+    EXPECT_EQ(status(), "The sound server does not answer.");
+}
+
+TEST_F(RunningTrouble, itIsNamedBeforeASilence)
+{
+    coordinator().teardown();
+    start();
+    m_platform.audioUnits().readsBack = kAudioObjectUnknown;
+    passTicks(10);
+    EXPECT_EQ(status(), "BlackHole device not found.");
+    m_platform.audioUnits().readsBack.reset();
+    passTicks(1);
+    EXPECT_TRUE(status().starts_with("Started but no audio: ")) << status();
 }

@@ -53,6 +53,23 @@ TEST_F(StartInFlightTest, aSecondPressReturnsAndLeavesTheFirstToFinish)
     EXPECT_FALSE(m_platform.holdsAnything());
 }
 
+TEST_F(StartInFlightTest, theCountsOfTheLastRunAreGoneBeforeTheUserIsAsked)
+{
+    answer();
+    inputCycle(0.1F, 10);
+    tapCycle(0.1F, 20);
+    passTicks(1);
+    ASSERT_EQ(coordinator().micFrames(), 10U);
+    ASSERT_EQ(coordinator().appFrames(), 20U);
+    coordinator().teardown();
+    start();
+    ASSERT_EQ(waiting(), 1U);
+    EXPECT_EQ(coordinator().micFrames(), 0U);
+    EXPECT_EQ(coordinator().appFrames(), 0U);
+    answer(); // each question has its answer
+    EXPECT_TRUE(coordinator().isRunning());
+}
+
 TEST_F(StartInFlightTest, aTeardownEndsItQuietly)
 {
     coordinator().teardown();

@@ -56,6 +56,18 @@ TEST(TapSlot, aBlockWithTooFewChannelsIsPassedOver)
     EXPECT_EQ(calls, 0);
 }
 
+TEST(TapSlot, aFormatOfTooManyChannelsInstallsNoneAndTakesTheOldOneAway)
+{
+    TapSlot slot;
+    int calls = 0;
+    const auto count = [&](const AVAudioPCMBuffer &, const AudioTimeStamp &) { ++calls; };
+    slot.install(standardFormat(), count);
+    slot.install(standardFormat(48000, AVAudioPCMBuffer::maxBuffers + 1), count);
+    const Samples samples(4, AVAudioPCMBuffer::maxBuffers + 1);
+    slot.deliver({}, samples.constBlock());
+    EXPECT_EQ(calls, 0);
+}
+
 // What the block refers to is destroyed right after remove(): a late call would be seen by the sanitizers, and here.
 TEST(TapSlot, afterRemoveTheBlockIsNotRunningAndIsNotCalledAgain)
 {

@@ -79,7 +79,11 @@ TEST_F(AccessDialog, theQuestionIsPutInTheDesktopsOwnDialog)
     EXPECT_EQ(call.message.signature(), QStringLiteral("osssssa{sv}"));
     ASSERT_EQ(call.arguments.size(), 7);
     EXPECT_EQ(call.arguments[1].toString(), us());
+    EXPECT_EQ(call.arguments[3].toString(), QStringLiteral("Allow Access to the Microphone?"));
     EXPECT_EQ(call.arguments[4].toString(), QStringLiteral("Tolvenary wants to use your microphone."));
+    const auto options = qdbus_cast<QVariantMap>(call.arguments[6]);
+    EXPECT_EQ(options[QStringLiteral("deny_label")].toString(), QStringLiteral("Deny"));
+    EXPECT_EQ(options[QStringLiteral("grant_label")].toString(), QStringLiteral("Allow"));
     EXPECT_TRUE(answers.empty());
 }
 

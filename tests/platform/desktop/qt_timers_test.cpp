@@ -80,6 +80,14 @@ TEST_F(QtTimersTest, aTimerMayBeDestroyedInItsOwnBlock)
     EXPECT_EQ(captured.use_count(), 1);
 }
 
+TEST_F(QtTimersTest, theClockIsTheOneThatNobodySets)
+{
+    const auto before = std::chrono::steady_clock::now().time_since_epoch();
+    const auto now = timers.now();
+    EXPECT_GE(now, Timers::Duration(before));
+    EXPECT_LE(now, Timers::Duration(std::chrono::steady_clock::now().time_since_epoch()));
+}
+
 TEST_F(QtTimersTest, theClockNeverStepsBack)
 {
     auto last = timers.now();

@@ -344,6 +344,18 @@ TEST(AVAudioConverter, aBlockInAnotherFormatIsAnErrorEvenWhenNobodyAsksWhich)
     EXPECT_EQ(output->frameLength(), 0U);
 }
 
+TEST(AVAudioConverter, anErrorLeavesNothingInTheOutputThoughSomeOfItWasReady)
+{
+    const auto converter = AVAudioConverter::make(standardFormat(), standardFormat(), 64);
+    AVAudioPCMBufferPool pool(3, 1024);
+    const auto block = makeBuffer(pool, {1, 2, 3});
+    const auto output = pool.make(standardFormat(), 2);
+    ASSERT_EQ(convertBlock(*converter, *block, *output), OutputStatus::haveData); // one frame is left
+    const auto wrong = makeBuffer(pool, {1, 2, 3}, standardFormat(32000));
+    EXPECT_EQ(convertBlock(*converter, *wrong, *output), OutputStatus::error);
+    EXPECT_EQ(output->frameLength(), 0U);
+}
+
 TEST(AVAudioConverter, aRateThatIsNoWholeNumberIsConvertedOnlyToItself)
 {
     EXPECT_EQ(AVAudioConverter::make(standardFormat(44100.5), standardFormat()), nullptr);

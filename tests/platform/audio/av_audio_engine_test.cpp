@@ -242,6 +242,23 @@ TEST_F(EngineTest, aConvertedOutputGivesThePlayersACushion)
     EXPECT_EQ(again[0], (Floats{1, 1})) << "the cushion of an earlier run is gone";
 }
 
+TEST_F(EngineTest, aCushionThatAPlayerWasToldOfIsTheLeastItHas)
+{
+    m_first.setCushion(6);
+    m_second.setCushion(1);
+    m_units.output.sampleRate = 44100;
+    build();
+    Samples samples(8);
+    for (AVAudioPlayerNode *const player : {&m_first, &m_second}) {
+        player->play();
+        player->scheduleBuffer(makeBuffer(m_pool, Floats(8, 1)), {});
+    }
+    m_first.render(samples.block());
+    EXPECT_EQ(samples[0], (Floats{0, 0, 0, 0, 0, 0, 1, 1}));
+    m_second.render(samples.block());
+    EXPECT_EQ(samples[0], (Floats{0, 0, 0, 0, 1, 1, 1, 1}));
+}
+
 TEST_F(EngineTest, itsDestructionStopsAndReleasesEverything)
 {
     {

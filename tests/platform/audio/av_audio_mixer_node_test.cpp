@@ -87,6 +87,16 @@ TEST_F(MixerTest, theFirstBlockIsAtTheVolumeSetBefore)
     EXPECT_EQ(render(3), (Floats{0.35F, 0.35F, 0.35F}));
 }
 
+TEST_F(MixerTest, alsoTheFirstBlockOfAnotherRunIsAtTheVolumeSetBefore)
+{
+    connect(m_one, 0);
+    prepare();
+    render(3);
+    m_mixer.setOutputVolume(0.5F);
+    prepare();
+    EXPECT_EQ(render(3), (Floats{0.5F, 0.5F, 0.5F}));
+}
+
 TEST_F(MixerTest, aNewVolumeIsReachedInAStraightLineOverOneBlock)
 {
     connect(m_one, 0);

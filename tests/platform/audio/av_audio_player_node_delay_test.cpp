@@ -84,6 +84,50 @@ TEST_F(NumberedStream, anExtraQueuedBlockIsGoneAfterSixteenRenders)
     }
 }
 
+TEST_F(NumberedStream, aResetForgetsWhatWasFoundToBeDelay)
+{
+    m_player.play();
+    supply(64);
+    for (int cycle = 0; cycle < 8; ++cycle) {
+        supply(64);
+        render(64);
+    }
+    m_player.reset(); // the next render would have skipped
+    const std::int64_t before = m_supplied;
+    supply(64);
+    supply(64);
+    const Floats block = render(64);
+    EXPECT_EQ(block.front(), numberOf(before + 1));
+    EXPECT_EQ(block.back(), numberOf(before + 64));
+}
+
+TEST_F(NumberedStream, aResetBeginsTheWatchAnew)
+{
+    m_player.play();
+    supply(64);
+    for (int cycle = 0; cycle < 7; ++cycle) {
+        supply(64);
+        render(64);
+    }
+    m_player.reset();
+    supply(64);
+    for (int cycle = 0; cycle < 8; ++cycle) { // in which nothing is skipped yet
+        supply(64);
+        EXPECT_EQ(delayOf(render(64)), 64) << cycle;
+    }
+}
+
+TEST_F(NumberedStream, afterAResetAStreamIsGivenItsCushionAgain)
+{
+    m_player.setCushion(4);
+    m_player.play();
+    supply(8);
+    ASSERT_EQ(gapsIn(render(8)), 4U);
+    m_player.reset();
+    supply(8);
+    EXPECT_EQ(gapsIn(render(8)), 4U);
+}
+
 TEST_F(NumberedStream, manyQueuedBlocksOfAnyLengthAreGoneAfterSixteenRenders)
 {
     m_player.play();

@@ -153,6 +153,18 @@ TEST_F(PlayerTest, resetDropsTheQueueAndTheBegunBuffer)
     EXPECT_EQ(render(1), (Floats{7}));
 }
 
+TEST_F(PlayerTest, whatResetDropsHasNotBeenPlayed)
+{
+    m_player.play();
+    int calls = 0;
+    m_player.scheduleBuffer(makeBuffer(m_pool, {1, 2}), [&] { ++calls; });
+    m_player.scheduleBuffer(makeBuffer(m_pool, {3}), [&] { ++calls; });
+    render(1);
+    m_player.reset();
+    render(3);
+    EXPECT_EQ(calls, 0);
+}
+
 TEST_F(PlayerTest, anEmptyBlockChangesNothing)
 {
     m_player.play();

@@ -55,6 +55,15 @@ TEST(DelayGuard, twiceTheCushionIsToleratedAndTheCushionIsLeft)
     EXPECT_EQ(observeAll(guard, Frames(8, 9)).back(), 5U);
 }
 
+TEST(DelayGuard, afterANewCushionAWholeWindowIsWatchedAgain)
+{
+    DelayGuard guard;
+    EXPECT_EQ(observeAll(guard, Frames(7, 9)), Frames(7, 0));
+    guard.setCushion(4);
+    EXPECT_EQ(observeAll(guard, Frames(7, 9)), Frames(7, 0));
+    EXPECT_EQ(guard.observe(9), 5U);
+}
+
 TEST(DelayGuard, afterARestartAWholeWindowIsWatchedAgain)
 {
     DelayGuard guard;

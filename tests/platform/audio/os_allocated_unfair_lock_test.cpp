@@ -3,9 +3,26 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <dlfcn.h>
+#include <pthread.h>
 #include <thread>
 
 using namespace tolvenary;
+
+namespace
+{
+
+int protocolAskedFor = PTHREAD_PRIO_NONE;
+
+} // namespace
+
+/// A mutex does not tell its protocol, and to see it at work takes real-time rights: so it is heard when it is set.
+extern "C" int pthread_mutexattr_setprotocol(pthread_mutexattr_t *attributes, int protocol) noexcept
+{
+    using Function = int (*)(pthread_mutexattr_t *, int);
+    protocolAskedFor = protocol;
+    return reinterpret_cast<Function>(dlsym(RTLD_NEXT, "pthread_mutexattr_setprotocol"))(attributes, protocol);
+}
 
 namespace
 {
@@ -53,5 +70,13 @@ TEST(OSAllocatedUnfairLock, aClosureThatThrowsLeavesItUnlocked)
 {
     OSAllocatedUnfairLock<Counts> lock;
     EXPECT_THROW(lock.withLock([](Counts &) { throw 1; }), int);
+    EXPECT_EQ(lock.withLock([](Counts &counts) { return counts.mic; }), 0U);
+}
+
+TEST(OSAllocatedUnfairLock, whoWaitsLendsItsPriorityToWhoHoldsIt)
+{
+    protocolAskedFor = PTHREAD_PRIO_NONE;
+    OSAllocatedUnfairLock<Counts> lock;
+    EXPECT_EQ(protocolAskedFor, PTHREAD_PRIO_INHERIT);
     EXPECT_EQ(lock.withLock([](Counts &counts) { return counts.mic; }), 0U);
 }

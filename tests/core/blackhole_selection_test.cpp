@@ -84,6 +84,16 @@ TEST_F(BlackHoleSelectionTest, theSameUIDOnAnotherObjectIsAnotherDevice)
     EXPECT_EQ(coordinator().selectedBlackHole(), first);
 }
 
+TEST_F(BlackHoleSelectionTest, aRefreshAsksTheSystemOnceAndAfreshEachTime)
+{
+    addBoth();
+    EXPECT_EQ(calls().count("AudioObjectGetPropertyData dev#"), 1);
+    EXPECT_EQ(calls().count("AudioObjectGetPropertyData uid "), 2);
+    coordinator().refreshBlackHole();
+    EXPECT_EQ(calls().count("AudioObjectGetPropertyData dev#"), 2);
+    EXPECT_EQ(calls().count("AudioObjectGetPropertyData uid "), 4);
+}
+
 TEST_F(BlackHoleSelectionTest, aRefreshSaysNothing)
 {
     coordinator().setStatus(QStringLiteral("Stopped"));

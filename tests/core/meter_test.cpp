@@ -48,6 +48,16 @@ TEST_F(MeterTest, countsArePublishedWithTheLine)
     EXPECT_EQ(status(), runningLine(480, 256));
 }
 
+TEST_F(MeterTest, theCountsAreThoseOfTheTickNotOfItsPublication)
+{
+    inputCycle(0.1F, 480);
+    m_platform.timers().advance(Timers::Duration(0.5));
+    inputCycle(0.1F, 20);
+    processEvents();
+    EXPECT_EQ(coordinator().micFrames(), 480U);
+    EXPECT_EQ(status(), runningLine(480, 0));
+}
+
 TEST_F(MeterTest, theLineNamesTheDeviceOfTheStartWhateverIsPickedMeanwhile)
 {
     coordinator().setSelectedBlackHole(BlackHoleDevice{otherBlackHole, "BlackHole 16ch", ""});

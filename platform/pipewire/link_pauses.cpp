@@ -33,6 +33,13 @@ void LinkPauses::lost(const GraphLink &link, Time now)
     pause.end = now + pause.length;
 }
 
+void LinkPauses::recovered(const GraphLink &link)
+{
+    const auto found = m_pauses.find(link);
+    if (found != m_pauses.end())
+        found->second.end.reset();
+}
+
 bool LinkPauses::isOver(const GraphLink &link, Time now) const
 {
     const auto found = m_pauses.find(link);

@@ -23,6 +23,8 @@ class LinkPauses
     void made(const GraphLink &link, Time now);
     /// Any number of times for one loss.
     void lost(const GraphLink &link, Time now);
+    /// It has come back of itself, as one that failed does when the other side offers another format.
+    void recovered(const GraphLink &link);
 
     /// Whether the link has been lost and its pause is over.
     bool isOver(const GraphLink &link, Time now) const;

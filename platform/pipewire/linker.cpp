@@ -103,6 +103,8 @@ void Linker::setWanted(const std::set<GraphLink> &wanted, LinkPauses::Time now)
     for (const auto &[link, owned] : m_owned) {
         if (owned->isLost)
             m_pauses.lost(link, now);
+        else
+            m_pauses.recovered(link);
     }
     std::erase_if(
         m_owned, [&](const auto &entry) { return !wanted.contains(entry.first) || m_pauses.isOver(entry.first, now); });

@@ -60,6 +60,18 @@ TEST_F(LinkPausesTest, toBeToldOfOneLossTwiceDoesNotMakeItLonger)
     EXPECT_TRUE(isOverAfter(0.5));
 }
 
+TEST_F(LinkPausesTest, oneThatComesBackOfItselfIsNotMadeAgain)
+{
+    make();
+    lose();
+    m_pauses.recovered(theLink);
+    m_pauses.recovered(otherLink); // which never was lost
+    EXPECT_FALSE(isOverAfter(1000));
+    EXPECT_FALSE(m_pauses.isAnyOver(now() + LinkPauses::Time(1000)));
+    m_now += 5;
+    EXPECT_EQ(pauseAfterLoss(), 2) << "that it came back is no sign of peace";
+}
+
 TEST_F(LinkPausesTest, thePausesGrowToSixteenSecondsWhileSomebodyTakesItAway)
 {
     make();

@@ -54,12 +54,12 @@ void StallWatch::watchMicrophone(const Progress &progress)
 
 void StallWatch::watchStreams(const Progress &progress, const Streams &streams, Time now)
 {
-    if (progress.tap != m_mark.tap || streams.empty()) {
+    if (progress.tap != m_mark.tap || streams.empty() || !m_markedAt) {
         m_verdict.isTapInOrder = true;
         m_verdict.asksWhoStands = false;
         return mark(progress, now);
     }
-    const Time standstill = now - m_markedAt;
+    const Time standstill = now - *m_markedAt;
     m_verdict.asksWhoStands = standstill >= longestLateness;
     if (!m_verdict.asksWhoStands)
         return;

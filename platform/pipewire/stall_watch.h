@@ -69,7 +69,7 @@ class StallWatch
     Verdict m_verdict;
     Progress m_microphoneMark; ///< when it or the output was last seen to run
     Progress m_mark;           ///< when the tap was last seen to run
-    Time m_markedAt{};
+    std::optional<Time> m_markedAt;
     Time m_trialSince{};
     std::optional<std::uint64_t> m_probeMark; ///< where the probe stood when the stream that is tried was linked
     std::map<GlobalId, Retry> m_retries;

@@ -115,14 +115,11 @@ void StallWatch::tryHeld(const Progress &progress, Time now)
     }
 }
 
+// Who has waited longest: a trial of one that hangs takes longer than the rest of many another.
 std::optional<GlobalId> StallWatch::dueForTrial(Time now) const
 {
-    for (const GlobalId stream : m_verdict.heldStreams) {
-        const auto retry = m_retries.find(stream);
-        if (retry == m_retries.end() || retry->second.at <= now)
-            return stream;
-    }
-    return std::nullopt;
+    const auto next = std::ranges::min_element(m_retries, {}, [](const auto &entry) { return entry.second.at; });
+    return next != m_retries.end() && next->second.at <= now ? std::optional(next->first) : std::nullopt;
 }
 
 void StallWatch::mark(const Progress &progress, Time now)

@@ -72,7 +72,7 @@ class StallWatch
     std::optional<Time> m_markedAt;
     Time m_trialSince{};
     std::optional<std::uint64_t> m_probeMark; ///< where the probe stood when the stream that is tried was linked
-    std::map<GlobalId, Retry> m_retries;
+    std::map<GlobalId, Retry> m_retries;      ///< of those that are held
 };
 
 } // namespace tolvenary

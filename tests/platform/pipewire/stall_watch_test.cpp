@@ -206,6 +206,19 @@ TEST_F(StallWatchTest, aStreamThatKeepsHangingIsTriedLessAndLessOften)
     EXPECT_NEAR(longest, 16 / 0.05, 2);
 }
 
+TEST_F(StallWatchTest, ofManyThatAreHeldWhoRunsDoesNotWaitForThoseThatHang)
+{
+    m_serverTells = false;
+    m_hanging = {30, 40};
+    m_streams = m_hanging;
+    for (GlobalId stream = 100; stream < 120; ++stream)
+        m_streams.insert(stream);
+    runTicks(25);
+    ASSERT_EQ(verdict().heldStreams, m_streams);
+    runTicks(250); // some six for each of the twenty, and three trials of two seconds
+    EXPECT_EQ(verdict().heldStreams, m_hanging);
+}
+
 TEST_F(StallWatchTest, onlyTheHangingStreamIsHeldAndTheOrderIsRestored)
 {
     runTicks(10);

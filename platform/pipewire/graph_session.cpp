@@ -43,6 +43,8 @@ void GraphSession::connected(pw_core *core)
     const auto changed = [this] { m_connection.scheduleUpdate(); };
     m_isDenied = false;
     m_registry = std::make_unique<Registry>(core, m_graph, changed, [this](GlobalId id) {
+        if (m_graph.node(id) != nullptr)
+            m_watch.forget(id);
         if (m_linker && m_graph.port(id) != nullptr)
             m_linker->forgetPort(id);
     });
@@ -60,6 +62,8 @@ void GraphSession::disconnecting()
         if (auto *input = std::get_if<InputRole>(&role))
             *input = InputRole{input->ports};
     }
+    m_watch = {};
+    m_tappedStreams.clear();
     m_leaving.clear();
     m_rights.reset();
     m_registry.reset();

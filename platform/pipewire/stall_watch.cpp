@@ -24,7 +24,7 @@ constexpr StallWatch::Time longestRest{16};
 
 const StallWatch::Verdict &StallWatch::tick(const Progress &progress, const Streams &streams, Time now)
 {
-    forget(streams);
+    forgetAllBut(streams);
     watchMicrophone(progress);
     watchStreams(progress, streams, now);
     tryHeld(progress, now);
@@ -32,13 +32,20 @@ const StallWatch::Verdict &StallWatch::tick(const Progress &progress, const Stre
 }
 
 // What has gone needs no judgement any more.
-void StallWatch::forget(const Streams &streams)
+void StallWatch::forget(GlobalId stream)
 {
-    const auto hasGone = [&](GlobalId stream) { return !streams.contains(stream); };
-    std::erase_if(m_verdict.heldStreams, hasGone);
-    std::erase_if(m_retries, [&](const auto &entry) { return hasGone(entry.first); });
-    if (m_verdict.tried && hasGone(*m_verdict.tried))
+    m_verdict.heldStreams.erase(stream);
+    m_retries.erase(stream);
+    if (m_verdict.tried == stream)
         m_verdict.tried.reset();
+}
+
+void StallWatch::forgetAllBut(const Streams &streams)
+{
+    Streams gone = m_verdict.heldStreams;
+    std::erase_if(gone, [&](GlobalId stream) { return streams.contains(stream); });
+    for (const GlobalId stream : gone)
+        forget(stream);
 }
 
 void StallWatch::watchMicrophone(const Progress &progress)

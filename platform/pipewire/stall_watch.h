@@ -50,8 +50,11 @@ class StallWatch
     const Verdict &tick(const Progress &progress, const Streams &streams, Time now);
     const Verdict &verdict() const { return m_verdict; }
 
+    /// The stream has gone; its id may be another's before anybody tells of both.
+    void forget(GlobalId stream);
+
   private:
-    void forget(const Streams &streams);
+    void forgetAllBut(const Streams &streams);
     void watchMicrophone(const Progress &progress);
     void watchStreams(const Progress &progress, const Streams &streams, Time now);
     void blame(const Streams &unfinished, const Streams &streams, Time now);

@@ -266,6 +266,19 @@ TEST_F(StallWatchTest, aHeldStreamThatGoesIsForgotten)
     EXPECT_THAT(verdict().heldStreams, IsEmpty());
 }
 
+TEST_F(StallWatchTest, whoIsGivenTheIdOfOneThatHungIsNotHeldForIt)
+{
+    m_hanging = {hung};
+    while (verdict().tried != hung)
+        runTicks(1);
+    ASSERT_THAT(verdict().heldStreams, ElementsAre(hung));
+    m_watch.forget(hung);
+    m_hanging = {};
+    EXPECT_EQ(verdict(), StallWatch::Verdict());
+    runTicks(30);
+    EXPECT_EQ(verdict(), StallWatch::Verdict());
+}
+
 TEST_F(StallWatchTest, aHangingMicrophoneDoesNotStopTheApplications)
 {
     runTicks(10);

@@ -125,6 +125,18 @@ std::vector<const GraphPort *> Graph::capturePorts(const GraphNode &node) const
     return own;
 }
 
+std::vector<GraphLink> Graph::linksBetween(GlobalId outputNode, GlobalId inputNode) const
+{
+    std::vector<GraphLink> found;
+    for (const auto &[id, link] : links) {
+        const GraphPort *outOf = port(link.outputPort);
+        const GraphPort *into = port(link.inputPort);
+        if (outOf != nullptr && into != nullptr && outOf->nodeId == outputNode && into->nodeId == inputNode)
+            found.push_back(link);
+    }
+    return found;
+}
+
 std::optional<std::int32_t> Graph::processOf(const GraphNode &node) const
 {
     if (!node.clientId)

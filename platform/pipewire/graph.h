@@ -90,6 +90,8 @@ class Graph
     /// Where sound comes out of a device: its own outputs, else its monitors.
     std::vector<const GraphPort *> capturePorts(const GraphNode &node) const;
 
+    std::vector<GraphLink> linksBetween(GlobalId outputNode, GlobalId inputNode) const;
+
     std::optional<std::int32_t> processOf(const GraphNode &node) const;
 };
 

@@ -213,10 +213,11 @@ void GraphSession::keepProbe()
 bool GraphSession::isTrialLinked() const
 {
     const std::optional<GlobalId> probe = m_probe ? m_probe->nodeId() : std::nullopt;
-    return probe && m_linker && std::ranges::any_of(m_graph.links, [&](const auto &entry) {
-               const GraphPort *into = m_graph.port(entry.second.inputPort);
-               return into != nullptr && into->nodeId == *probe && m_linker->statusOf(entry.second) == noErr;
-           });
+    const std::optional<GlobalId> stream = m_watch.verdict().tried;
+    if (!probe || !stream || m_linker == nullptr)
+        return false;
+    return std::ranges::any_of(m_graph.linksBetween(*stream, *probe),
+                               [this](const GraphLink &link) { return m_linker->statusOf(link) == noErr; });
 }
 
 /// As far as the server tells of cycles in which the output takes part.

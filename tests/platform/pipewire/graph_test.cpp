@@ -33,6 +33,24 @@ TEST(Graph, ofASinkAndASourceOfOneNameTheSinkIsTheDevice)
     EXPECT_EQ(built.graph.deviceNamed("a")->id, sink);
 }
 
+TEST(Graph, linksBetweenTwoNodesAreThoseOfTheirPorts)
+{
+    GraphBuilder built;
+    const GlobalId stream = built.stream(1, {"FL", "FR"});
+    const GlobalId other = built.stream(2, {"FL"});
+    const GlobalId sink = built.sink("sink", {"FL", "FR"});
+    const GlobalId tap = built.tapNode();
+    built.link(built.out(stream, "FL"), built.in(tap, "FL"));
+    built.link(built.out(stream, "FR"), built.in(tap, "FR"));
+    built.link(built.out(stream, "FL"), built.in(sink, "FL"));
+    built.link(built.out(other, "FL"), built.in(tap, "FL"));
+    built.link(built.out(stream, "FL"), 9999); // to a port that we do not know of yet
+    EXPECT_THAT(built.graph.linksBetween(stream, tap),
+                testing::UnorderedElementsAre(GraphLink{built.out(stream, "FL"), built.in(tap, "FL")},
+                                              GraphLink{built.out(stream, "FR"), built.in(tap, "FR")}));
+    EXPECT_TRUE(built.graph.linksBetween(tap, stream).empty());
+}
+
 TEST(Graph, monitorsAreNoPlaybackPorts)
 {
     GraphBuilder built;

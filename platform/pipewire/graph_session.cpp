@@ -1,5 +1,7 @@
 #include "platform/pipewire/graph_session.h"
 
+#include "platform/pipewire/port_names.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <pipewire/pipewire.h>

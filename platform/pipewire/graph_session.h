@@ -4,6 +4,7 @@
 #include "platform/pipewire/connection.h"
 #include "platform/pipewire/filter_node.h"
 #include "platform/pipewire/graph.h"
+#include "platform/pipewire/heard_nodes.h"
 #include "platform/pipewire/link_plan.h"
 #include "platform/pipewire/linker.h"
 #include "platform/pipewire/microphone_change.h"

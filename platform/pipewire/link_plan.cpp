@@ -1,6 +1,7 @@
 #include "platform/pipewire/link_plan.h"
 
-#include "platform/pipewire/sound_paths.h"
+#include "platform/pipewire/heard_nodes.h"
+#include "platform/pipewire/port_names.h"
 
 #include <algorithm>
 #include <array>
@@ -135,23 +136,6 @@ std::array<const char *, 2> foldDown(const GraphPort &port, std::size_t place, s
     return {place % 2 == 0 ? port_names::left : port_names::right, nullptr};
 }
 
-bool isTapped(const Graph &graph, const SoundPaths &paths, const GraphNode &node, const TapWish &wish)
-{
-    if (node.mediaClass != "Stream/Output/Audio")
-        return false;
-    const std::optional<std::int32_t> process = graph.processOf(node);
-    if (wish.onlyProcess && process != wish.onlyProcess)
-        return false;
-    if (process && wish.excludedProcesses.contains(*process))
-        return false;
-    // A loopback plays the device's sound from the moment on in which it is linked to it: too late to begin to ask.
-    if (!node.isWhole || paths.isIdleLoopback(node))
-        return false;
-    // What has passed through a sink was captured where it went in; a second time would be an echo, and what plays our
-    // device back would howl.
-    return !paths.carriesSoundOf(node, [&](const GraphNode &upstream) { return graph.isSink(upstream); });
-}
-
 // Which of the ports of one side a stream goes into: always the same, so that nobody is relinked when others come and
 // go.
 std::size_t bankOf(const GraphNode &stream)
@@ -206,34 +190,6 @@ void planProbe(Links &links, const Graph &graph, const ProbeWish &wish)
 }
 
 } // namespace
-
-const GraphNode *microphoneOf(const Graph &graph, const LinkWishes &wishes)
-{
-    if (graph.defaultSourceName.empty())
-        return nullptr;
-    // Without a real source a session manager may name a sink: its monitor is what the applications play, and they
-    // would be in the mix twice.
-    const GraphNode *source = graph.sourceNamed(graph.defaultSourceName);
-    if (source == nullptr)
-        return nullptr;
-    const auto isOurs = [&](const GraphNode &upstream) {
-        return std::ranges::any_of(wishes.outputs, [&](const OutputWish &output) {
-            return output.nodeId == upstream.id || output.deviceName == upstream.name;
-        });
-    };
-    return SoundPaths(graph).carriesSoundOf(*source, isOurs) ? nullptr : source;
-}
-
-std::set<GlobalId> tappedStreams(const Graph &graph, const TapWish &wish)
-{
-    const SoundPaths paths(graph);
-    std::set<GlobalId> streams;
-    for (const auto &[id, node] : graph.nodes) {
-        if (isTapped(graph, paths, node, wish))
-            streams.insert(id);
-    }
-    return streams;
-}
 
 std::set<GraphLink> planLinks(const Graph &graph, const LinkWishes &wishes)
 {

@@ -1,6 +1,6 @@
 #include "platform/pipewire/microphone_ports.h"
 
-#include "platform/pipewire/link_plan.h"
+#include "platform/pipewire/port_names.h"
 
 #include <utility>
 

@@ -1,5 +1,7 @@
 #include "platform/pipewire/pipewire_input_unit.h"
 
+#include "platform/pipewire/port_names.h"
+
 #include <cerrno>
 
 namespace tolvenary

@@ -1,5 +1,7 @@
 #include "platform/pipewire/pipewire_output_unit.h"
 
+#include "platform/pipewire/port_names.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <cstring>

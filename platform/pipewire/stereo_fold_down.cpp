@@ -1,6 +1,6 @@
 #include "platform/pipewire/stereo_fold_down.h"
 
-#include "platform/pipewire/link_plan.h"
+#include "platform/pipewire/port_names.h"
 
 #include <algorithm>
 #include <numbers>

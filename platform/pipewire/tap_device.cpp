@@ -1,5 +1,7 @@
 #include "platform/pipewire/tap_device.h"
 
+#include "platform/pipewire/port_names.h"
+
 #include <cerrno>
 
 namespace tolvenary

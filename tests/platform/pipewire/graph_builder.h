@@ -1,9 +1,13 @@
 #pragma once
 
-#include "platform/pipewire/link_plan.h"
+#include "platform/pipewire/graph.h"
 
 namespace tolvenary
 {
+
+/// Who plays in it.
+inline constexpr std::int32_t ownProcess = 1;
+inline constexpr std::int32_t player = 2;
 
 /// Builds a server's graph for a test, object by object. Ids count up as they would there.
 class GraphBuilder

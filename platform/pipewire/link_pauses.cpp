@@ -8,8 +8,6 @@ namespace tolvenary
 namespace
 {
 
-constexpr LinkPauses::Time firstPause{1};
-constexpr LinkPauses::Time longestPause{16};
 /// Who lets it stand for so long does not fight it.
 constexpr LinkPauses::Time peace{30};
 
@@ -17,39 +15,37 @@ constexpr LinkPauses::Time peace{30};
 
 void LinkPauses::made(const GraphLink &link, Time now)
 {
-    Pause &pause = m_pauses[link];
-    pause.madeAt = now;
-    pause.end.reset();
+    Entry &entry = m_pauses[link];
+    entry.madeAt = now;
+    entry.pause.end();
 }
 
 void LinkPauses::lost(const GraphLink &link, Time now)
 {
-    Pause &pause = m_pauses[link];
-    if (pause.end)
+    Entry &entry = m_pauses[link];
+    if (entry.pause.isUnderWay())
         return;
-    if (now - pause.madeAt >= peace)
-        pause.length = {};
-    pause.length = std::clamp(pause.length * 2, firstPause, longestPause);
-    pause.end = now + pause.length;
+    if (now - entry.madeAt >= peace)
+        entry.pause.reset();
+    entry.pause.begin(now);
 }
 
 void LinkPauses::recovered(const GraphLink &link)
 {
     const auto found = m_pauses.find(link);
     if (found != m_pauses.end())
-        found->second.end.reset();
+        found->second.pause.end();
 }
 
 bool LinkPauses::isOver(const GraphLink &link, Time now) const
 {
     const auto found = m_pauses.find(link);
-    return found != m_pauses.end() && found->second.end && *found->second.end <= now;
+    return found != m_pauses.end() && found->second.pause.isOver(now);
 }
 
 bool LinkPauses::isAnyOver(Time now) const
 {
-    return std::ranges::any_of(m_pauses,
-                               [now](const auto &entry) { return entry.second.end && *entry.second.end <= now; });
+    return std::ranges::any_of(m_pauses, [now](const auto &entry) { return entry.second.pause.isOver(now); });
 }
 
 void LinkPauses::keep(const std::set<GraphLink> &wanted)

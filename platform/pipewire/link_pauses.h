@@ -1,10 +1,9 @@
 #pragma once
 
 #include "platform/pipewire/graph.h"
+#include "platform/pipewire/growing_pause.h"
 
-#include <chrono>
 #include <map>
-#include <optional>
 #include <set>
 
 namespace tolvenary
@@ -18,7 +17,7 @@ namespace tolvenary
 class LinkPauses
 {
   public:
-    using Time = std::chrono::duration<double>;
+    using Time = GrowingPause::Time;
 
     void made(const GraphLink &link, Time now);
     /// Any number of times for one loss.
@@ -35,12 +34,11 @@ class LinkPauses
     void forgetPort(GlobalId port);
 
   private:
-    struct Pause {
+    struct Entry {
         Time madeAt{};
-        Time length{};
-        std::optional<Time> end;
+        GrowingPause pause{Time(1)};
     };
-    std::map<GraphLink, Pause> m_pauses;
+    std::map<GraphLink, Entry> m_pauses;
 };
 
 } // namespace tolvenary

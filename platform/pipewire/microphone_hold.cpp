@@ -1,7 +1,5 @@
 #include "platform/pipewire/microphone_hold.h"
 
-#include <algorithm>
-
 namespace tolvenary
 {
 
@@ -9,8 +7,6 @@ namespace
 {
 
 constexpr MicrophoneHold::Time hangsAfter{2};
-constexpr MicrophoneHold::Time shortestHold{2};
-constexpr MicrophoneHold::Time longestHold{16};
 
 } // namespace
 
@@ -24,14 +20,14 @@ void MicrophoneHold::follow(std::optional<std::uint64_t> microphone)
 
 void MicrophoneHold::observe(bool isAwaited, Time now)
 {
-    if (m_releaseAt) {
-        if (now >= *m_releaseAt)
-            m_releaseAt.reset();
+    if (m_pause.isUnderWay()) {
+        if (m_pause.isOver(now))
+            m_pause.end();
         return;
     }
     if (!isAwaited) {
         m_awaitedSince.reset();
-        m_pause = {};
+        m_pause.reset();
         return;
     }
     if (!m_awaitedSince)
@@ -39,8 +35,7 @@ void MicrophoneHold::observe(bool isAwaited, Time now)
     if (now - *m_awaitedSince < hangsAfter)
         return;
     m_awaitedSince.reset();
-    m_pause = std::clamp(m_pause * 2, shortestHold, longestHold);
-    m_releaseAt = now + m_pause;
+    m_pause.begin(now);
 }
 
 } // namespace tolvenary

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/pipewire/graph.h"
+#include "platform/pipewire/growing_pause.h"
 
-#include <chrono>
+#include <cstdint>
 #include <optional>
 
 namespace tolvenary
@@ -19,7 +19,7 @@ namespace tolvenary
 class MicrophoneHold
 {
   public:
-    using Time = std::chrono::duration<double>;
+    using Time = GrowingPause::Time;
 
     /// `microphone` is the serial of the node that shall be heard; another is not held for what the one before did.
     void follow(std::optional<std::uint64_t> microphone);
@@ -28,13 +28,12 @@ class MicrophoneHold
     void observe(bool isAwaited, Time now);
 
     /// Whether the microphone is not to be linked for now.
-    bool isHolding() const { return m_releaseAt.has_value(); }
+    bool isHolding() const { return m_pause.isUnderWay(); }
 
   private:
     std::optional<std::uint64_t> m_microphone;
     std::optional<Time> m_awaitedSince;
-    std::optional<Time> m_releaseAt;
-    Time m_pause{};
+    GrowingPause m_pause{Time(2)};
 };
 
 } // namespace tolvenary

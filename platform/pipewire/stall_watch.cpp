@@ -18,7 +18,6 @@ constexpr StallWatch::Time longestLateness{0.2};
 constexpr StallWatch::Time longestStandstill{1};
 constexpr StallWatch::Time longestTrial{2};
 constexpr StallWatch::Time firstRest{0.25}; // it may just have been late
-constexpr StallWatch::Time longestRest{16};
 
 } // namespace
 
@@ -97,8 +96,7 @@ void StallWatch::holdAll(const Progress &progress, const Streams &streams, Time 
 
 void StallWatch::hold(GlobalId stream, Time now)
 {
-    const Time pause = std::clamp(m_retries[stream].pause * 2, firstRest, longestRest);
-    m_retries[stream] = {now + pause, pause};
+    m_retries.try_emplace(stream, firstRest).first->second.begin(now);
     m_verdict.heldStreams.insert(stream);
 }
 
@@ -125,8 +123,8 @@ void StallWatch::tryHeld(const Progress &progress, Time now)
 // Who has waited longest: a trial of one that hangs takes longer than the rest of many another.
 std::optional<GlobalId> StallWatch::dueForTrial(Time now) const
 {
-    const auto next = std::ranges::min_element(m_retries, {}, [](const auto &entry) { return entry.second.at; });
-    return next != m_retries.end() && next->second.at <= now ? std::optional(next->first) : std::nullopt;
+    const auto next = std::ranges::min_element(m_retries, {}, [](const auto &entry) { return entry.second.endsAt(); });
+    return next != m_retries.end() && next->second.isOver(now) ? std::optional(next->first) : std::nullopt;
 }
 
 void StallWatch::mark(const Progress &progress, Time now)

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "platform/pipewire/graph.h"
+#include "platform/pipewire/growing_pause.h"
 
-#include <chrono>
 #include <map>
 #include <optional>
 #include <set>
@@ -23,7 +23,7 @@ namespace tolvenary
 class StallWatch
 {
   public:
-    using Time = std::chrono::duration<double>;
+    using Time = GrowingPause::Time;
     using Streams = std::set<GlobalId>;
 
     /// Cycles that each of our nodes has run so far.
@@ -64,18 +64,13 @@ class StallWatch
     std::optional<GlobalId> dueForTrial(Time now) const;
     void mark(const Progress &progress, Time now);
 
-    struct Retry {
-        Time at{};
-        Time pause{};
-    };
-
     Verdict m_verdict;
     Progress m_microphoneMark; ///< when it or the output was last seen to run
     Progress m_mark;           ///< when the tap was last seen to run
     std::optional<Time> m_markedAt;
     Time m_trialSince{};
-    std::optional<std::uint64_t> m_probeMark; ///< where the probe stood when the stream that is tried was linked
-    std::map<GlobalId, Retry> m_retries;      ///< of those that are held
+    std::optional<std::uint64_t> m_probeMark;   ///< where the probe stood when the stream that is tried was linked
+    std::map<GlobalId, GrowingPause> m_retries; ///< of those that are held
 };
 
 } // namespace tolvenary

@@ -20,8 +20,10 @@ const std::string clientKey = "client ";
 /// How long a device may take to agree with us on a format, or fail to.
 constexpr auto timeToAgree = std::chrono::milliseconds(500);
 
-/// A node that somebody ends sooner than that would be ended again.
-constexpr auto shortestNodeLife = std::chrono::seconds(1);
+GrowingPause::Time now()
+{
+    return std::chrono::steady_clock::now().time_since_epoch();
+}
 
 std::string lastingName(const std::string &key, const std::string &prefix)
 {
@@ -52,18 +54,13 @@ void GraphSession::connected(pw_core *core)
     });
     m_linker = std::make_unique<Linker>(core, changed);
     m_rights = std::make_unique<ClientRights>(core, [this] { m_connection.wake(); });
-    for (const auto &[node, role] : m_nodes)
-        node->realize(core);
+    m_nodes.realize(core);
 }
 
 void GraphSession::disconnecting()
 {
     m_linker.reset();
-    for (auto &[node, role] : m_nodes) {
-        node->release();
-        if (auto *input = std::get_if<InputRole>(&role))
-            *input = InputRole{input->ports};
-    }
+    m_nodes.release();
     m_watch = {};
     m_tappedStreams.clear();
     m_leaving.clear();
@@ -83,82 +80,39 @@ void GraphSession::accessDenied()
 
 void GraphSession::update()
 {
-    remakeEndedNodes();
+    if (m_connection.core() != nullptr)
+        m_nodes.remakeEnded(m_connection.core());
     keepProbe();
     if (m_registry)
         m_registry->watchCycles(m_watch.verdict().asksWhoStands);
-    followMicrophone();
+    const GraphNode *source = microphone();
+    m_nodes.followMicrophone(source != nullptr ? std::optional(source->serial) : std::nullopt, now());
     for (GraphWatcher *watcher : m_watchers)
         watcher->graphChanged();
     if (m_linker)
-        m_linker->setWanted(plannedLinks(), std::chrono::steady_clock::now().time_since_epoch());
+        m_linker->setWanted(plannedLinks(), now());
     m_tappedStreams.clear();
     for (const TapWish &tap : wishes().taps)
         m_tappedStreams.merge(tappedStreams(m_graph, tap));
     m_connection.wake();
 }
 
-void GraphSession::remakeEndedNodes()
+// The nodes that a link is asked for into and not made, though the server answers.
+std::set<GlobalId> GraphSession::awaitedNodes() const
 {
-    pw_core *core = m_connection.core();
-    for (const auto &[node, role] : m_nodes) {
-        if (core != nullptr && node->endedAfter() >= shortestNodeLife)
-            node->realize(core);
+    std::set<GlobalId> nodes;
+    if (!m_linker || !m_connection.isResponsive())
+        return nodes;
+    for (const GlobalId port : m_linker->awaitedInputs()) {
+        if (const GraphPort *into = m_graph.port(port); into != nullptr)
+            nodes.insert(into->nodeId);
     }
-}
-
-void GraphSession::followMicrophone()
-{
-    const GraphNode *source = microphone();
-    const std::optional<std::uint64_t> serial = source != nullptr ? std::optional(source->serial) : std::nullopt;
-    const auto now = std::chrono::steady_clock::now().time_since_epoch();
-    for (auto &[node, role] : m_nodes) {
-        auto *input = std::get_if<InputRole>(&role);
-        if (input == nullptr)
-            continue;
-        input->hold.follow(serial);
-        // Who comes after one that is held has nobody to take over from.
-        input->change.observe(input->hold.isHolding() ? std::nullopt : serial, input->ports->heardSet(), now);
-        input->ports->setWanted(input->change.set());
-    }
-}
-
-void GraphSession::watchForHungMicrophone()
-{
-    const bool isAnswering = m_linker != nullptr && m_connection.isResponsive();
-    const std::set<GlobalId> awaited = isAnswering ? m_linker->awaitedInputs() : std::set<GlobalId>();
-    const auto now = std::chrono::steady_clock::now().time_since_epoch();
-    for (auto &[node, role] : m_nodes) {
-        auto *input = std::get_if<InputRole>(&role);
-        if (input == nullptr)
-            continue;
-        const auto isAwaited = [&, id = node->nodeId()](GlobalId port) {
-            const GraphPort *into = m_graph.port(port);
-            return into != nullptr && into->nodeId == id;
-        };
-        input->hold.observe(std::ranges::any_of(awaited, isAwaited), now);
-    }
-}
-
-bool GraphSession::isMicrophoneHeld() const
-{
-    return std::ranges::any_of(m_nodes, [](const auto &entry) {
-        const auto *input = std::get_if<InputRole>(&entry.second);
-        return input != nullptr && input->hold.isHolding();
-    });
-}
-
-bool GraphSession::isChangingMicrophone() const
-{
-    return std::ranges::any_of(m_nodes, [](const auto &entry) {
-        const auto *input = std::get_if<InputRole>(&entry.second);
-        return input != nullptr && input->change.leaving().has_value();
-    });
+    return nodes;
 }
 
 void GraphSession::add(FilterNode &node, NodeRole role)
 {
-    m_nodes.insert_or_assign(&node, std::move(role));
+    m_nodes.add(node, std::move(role));
     if (m_connection.core() != nullptr)
         node.realize(m_connection.core());
     nodesChanged();
@@ -166,7 +120,7 @@ void GraphSession::add(FilterNode &node, NodeRole role)
 
 void GraphSession::retire(std::unique_ptr<FilterNode> node)
 {
-    m_nodes.erase(node.get());
+    m_nodes.remove(*node);
     nodesChanged();
     const std::shared_ptr<FilterNode> leaving = std::move(node);
     letGo(leaving->nodeId(), leaving);
@@ -186,10 +140,9 @@ void GraphSession::letGo(std::optional<GlobalId> id, std::shared_ptr<void> ours)
 
 void GraphSession::nodesChanged()
 {
-    const auto isOutput = [](const auto &entry) { return std::holds_alternative<OutputRole>(entry.second); };
     m_watch = {};
     keepProbe();
-    m_connection.setTicking(m_nodes.size() > 1 && std::ranges::any_of(m_nodes, isOutput));
+    m_connection.setTicking(m_nodes.isMixing());
     update();
 }
 
@@ -199,7 +152,7 @@ void GraphSession::keepProbe()
     if (isWanted == (m_probe != nullptr))
         return;
     if (!isWanted) {
-        m_nodes.erase(m_probe.get());
+        m_nodes.remove(*m_probe);
         const std::optional<GlobalId> id = m_probe->nodeId();
         return letGo(id, std::exchange(m_probe, nullptr));
     }
@@ -207,7 +160,7 @@ void GraphSession::keepProbe()
         "com.tolvenary.probe", "Tolvenary", m_group, "Capture", {{PortDirection::input, port_names::mono}}};
     m_probe = std::make_shared<FilterNode>(
         spec, [](const Cycle &) {}, [this] { m_connection.scheduleUpdate(); });
-    m_nodes.emplace(m_probe.get(), ProbeRole{});
+    m_nodes.add(*m_probe, ProbeRole{});
     if (m_connection.core() != nullptr)
         m_probe->realize(m_connection.core());
 }
@@ -225,63 +178,28 @@ bool GraphSession::isTrialLinked() const
 /// As far as the server tells of cycles in which the output takes part.
 std::optional<std::set<GlobalId>> GraphSession::unfinished() const
 {
-    for (const auto &[node, role] : m_nodes) {
-        if (std::holds_alternative<OutputRole>(role) && node->nodeId() && m_registry)
-            return m_registry->unfinishedBeside(*node->nodeId());
-    }
-    return std::nullopt;
-}
-
-template <typename Role> std::uint64_t GraphSession::cyclesOf() const
-{
-    std::uint64_t cycles = 0;
-    for (const auto &[node, role] : m_nodes)
-        cycles += std::holds_alternative<Role>(role) ? node->cycles() : 0;
-    return cycles;
+    const std::optional<GlobalId> output = m_nodes.outputId();
+    return output && m_registry ? m_registry->unfinishedBeside(*output) : std::nullopt;
 }
 
 void GraphSession::tick()
 {
     // The output's cycles are read last: whoever delays us in between must not make it look as if it alone stood still.
     StallWatch::Progress progress;
-    progress.probe = cyclesOf<ProbeRole>();
+    progress.probe = m_nodes.cyclesOf<ProbeRole>();
     progress.isTrialLinked = isTrialLinked();
     progress.unfinished = unfinished();
-    progress.tap = cyclesOf<TapRole>();
-    progress.microphone = cyclesOf<InputRole>();
-    progress.output = cyclesOf<OutputRole>();
+    progress.tap = m_nodes.cyclesOf<TapRole>();
+    progress.microphone = m_nodes.cyclesOf<InputRole>();
+    progress.output = m_nodes.cyclesOf<OutputRole>();
     const StallWatch::Verdict before = m_watch.verdict();
-    const auto now = std::chrono::steady_clock::now().time_since_epoch();
-    const bool hasNewVerdict = m_watch.tick(progress, m_tappedStreams, now) != before;
+    const bool hasNewVerdict = m_watch.tick(progress, m_tappedStreams, now()) != before;
     const bool wasHeld = isMicrophoneHeld();
-    watchForHungMicrophone();
+    m_nodes.watchForHungMicrophone(awaitedNodes(), now());
     // That the new microphone is heard the real-time thread may not tell: looked for here.
-    const bool hasLinkToRemake = m_linker != nullptr && m_linker->hasLinkToRemake(now);
-    if (hasNewVerdict || isChangingMicrophone() || isMicrophoneHeld() != wasHeld || hasLinkToRemake)
+    const bool hasLinkToRemake = m_linker != nullptr && m_linker->hasLinkToRemake(now());
+    if (hasNewVerdict || m_nodes.isChangingMicrophone() || isMicrophoneHeld() != wasHeld || hasLinkToRemake)
         update();
-}
-
-LinkWishes GraphSession::wishes() const
-{
-    const StallWatch::Verdict &verdict = m_watch.verdict();
-    LinkWishes wishes;
-    for (const auto &[node, role] : m_nodes) {
-        const std::optional<GlobalId> id = node->nodeId();
-        if (!id)
-            continue;
-        if (const auto *output = std::get_if<OutputRole>(&role))
-            wishes.outputs.push_back({*id, output->deviceName});
-        else if (const auto *tap = std::get_if<TapRole>(&role))
-            wishes.taps.push_back({*id, tap->excludedProcesses, verdict.heldStreams, verdict.isTapInOrder});
-        else if (const auto *stream = std::get_if<StreamRole>(&role))
-            wishes.taps.push_back({*id, stream->excludedProcesses, verdict.heldStreams, false, stream->onlyProcess});
-        else if (const auto *input = std::get_if<InputRole>(&role))
-            wishes.inputs.push_back({*id, verdict.isMicrophoneInOrder, input->change.set(), input->change.leaving(),
-                                     input->hold.isHolding()});
-        else if (std::holds_alternative<ProbeRole>(role) && verdict.tried)
-            wishes.probes.push_back({*id, *verdict.tried});
-    }
-    return wishes;
 }
 
 bool GraphSession::isThere(const FilterNode &node) const
@@ -351,10 +269,9 @@ void GraphSession::waitUntilRunning(const FilterNode &node)
 
 AudioObjectID GraphSession::linkedDevice(FilterNode &output)
 {
-    const auto found = m_nodes.find(&output);
-    const auto *role = found == m_nodes.end() ? nullptr : std::get_if<OutputRole>(&found->second);
+    const std::optional<std::string> deviceName = m_nodes.deviceOf(output);
     const std::optional<GlobalId> id = output.nodeId();
-    if (role == nullptr || !id)
+    if (!deviceName || !id)
         return kAudioObjectUnknown;
     for (const auto &[linkId, link] : m_graph.links) {
         const GraphPort *from = m_graph.port(link.outputPort);
@@ -363,7 +280,7 @@ AudioObjectID GraphSession::linkedDevice(FilterNode &output)
             continue;
         // Somebody may have linked the mix to the speakers as well, to hear it.
         const GraphNode *node = m_graph.node(into->nodeId);
-        if (node != nullptr && node->name == role->deviceName && m_graph.isDevice(*node))
+        if (node != nullptr && node->name == *deviceName && m_graph.isDevice(*node))
             return deviceId(*node);
     }
     return kAudioObjectUnknown;
@@ -377,10 +294,8 @@ void GraphSession::readDefaultsAnew()
 
 std::uint32_t GraphSession::rate() const
 {
-    for (const auto &[node, role] : m_nodes) {
-        if (node->observedRate() > 0)
-            return node->observedRate();
-    }
+    if (const std::uint32_t observed = m_nodes.observedRate(); observed > 0)
+        return observed;
     if (m_graph.forcedRate > 0)
         return m_graph.forcedRate;
     return m_graph.configuredRate > 0 ? m_graph.configuredRate : 48000;

@@ -2,45 +2,20 @@
 
 #include "platform/pipewire/client_rights.h"
 #include "platform/pipewire/connection.h"
-#include "platform/pipewire/filter_node.h"
 #include "platform/pipewire/graph.h"
 #include "platform/pipewire/heard_nodes.h"
 #include "platform/pipewire/link_plan.h"
 #include "platform/pipewire/linker.h"
-#include "platform/pipewire/microphone_change.h"
-#include "platform/pipewire/microphone_hold.h"
-#include "platform/pipewire/microphone_ports.h"
 #include "platform/pipewire/object_ids.h"
+#include "platform/pipewire/own_nodes.h"
 #include "platform/pipewire/registry.h"
 #include "platform/pipewire/stall_watch.h"
 
+#include <memory>
 #include <set>
-#include <variant>
 
 namespace tolvenary
 {
-
-/// What one of our nodes is for, and so what it is to be linked with.
-struct OutputRole {
-    std::string deviceName; ///< empty: to nothing
-};
-struct InputRole {
-    MicrophonePorts *ports = nullptr;
-    MicrophoneChange change = {};
-    MicrophoneHold hold = {};
-};
-struct TapRole {
-    std::set<std::int32_t> excludedProcesses;
-};
-/// Hears applications as a tap does, but hands on what it hears aside of the cycles: nobody waits for it.
-struct StreamRole {
-    std::optional<std::int32_t> onlyProcess; ///< none: all but the excluded
-    std::set<std::int32_t> excludedProcesses;
-};
-/// A stream that hung is tried on it: nobody waits for it, and it is heard nowhere.
-struct ProbeRole {
-};
-using NodeRole = std::variant<OutputRole, InputRole, TapRole, StreamRole, ProbeRole>;
 
 /// Wants to know what becomes of the graph. Called under the control lock.
 class GraphWatcher
@@ -100,7 +75,7 @@ class GraphSession final : private Connection::Observer
     /// For when a change of the default source may have been missed.
     void readDefaultsAnew();
     /// Whether it hangs, and so is not linked for now.
-    bool isMicrophoneHeld() const;
+    bool isMicrophoneHeld() const { return m_nodes.isMicrophoneHeld(); }
     /// The graph's rate: as our nodes see it, else as it is configured.
     std::uint32_t rate() const;
 
@@ -122,15 +97,11 @@ class GraphSession final : private Connection::Observer
     void tick() override;
 
     void nodesChanged();
-    void remakeEndedNodes();
     void keepProbe();
     bool isTrialLinked() const;
     std::optional<std::set<GlobalId>> unfinished() const;
-    void followMicrophone();
-    void watchForHungMicrophone();
-    template <typename Role> std::uint64_t cyclesOf() const;
-    bool isChangingMicrophone() const;
-    LinkWishes wishes() const;
+    std::set<GlobalId> awaitedNodes() const;
+    LinkWishes wishes() const { return m_nodes.wishes(m_watch.verdict()); }
     std::set<GraphLink> plannedLinks() const { return planLinks(m_graph, wishes()); }
     bool isThere(const FilterNode &node) const;
     OSStatus linkStatus(const FilterNode &output) const;
@@ -139,7 +110,7 @@ class GraphSession final : private Connection::Observer
     std::string m_group;
     Graph m_graph;
     ObjectIds m_ids;
-    std::map<FilterNode *, NodeRole> m_nodes;
+    OwnNodes m_nodes;
     std::shared_ptr<FilterNode> m_probe; ///< there while a stream is held
     std::vector<std::shared_ptr<void>> m_leaving;
     std::set<GraphWatcher *> m_watchers;

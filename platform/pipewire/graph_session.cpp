@@ -14,20 +14,12 @@ namespace tolvenary
 namespace
 {
 
-const std::string deviceKey = "device ";
-const std::string clientKey = "client ";
-
 /// How long a device may take to agree with us on a format, or fail to.
 constexpr auto timeToAgree = std::chrono::milliseconds(500);
 
 GrowingPause::Time now()
 {
     return std::chrono::steady_clock::now().time_since_epoch();
-}
-
-std::string lastingName(const std::string &key, const std::string &prefix)
-{
-    return key.starts_with(prefix) ? key.substr(prefix.size()) : std::string();
 }
 
 } // namespace
@@ -301,12 +293,6 @@ std::uint32_t GraphSession::rate() const
     return m_graph.configuredRate > 0 ? m_graph.configuredRate : 48000;
 }
 
-void GraphSession::askForRights()
-{
-    if (m_rights)
-        m_rights->ask();
-}
-
 bool GraphSession::isCaptureDenied()
 {
     if (m_connection.isResponsive() && m_rights && !m_isDenied) {
@@ -319,20 +305,15 @@ bool GraphSession::isCaptureDenied()
 
 const GraphNode *GraphSession::device(AudioObjectID id) const
 {
-    const std::string name = lastingName(m_ids.keyOf(id).value_or(""), deviceKey);
-    return name.empty() ? nullptr : m_graph.deviceNamed(name);
-}
-
-AudioObjectID GraphSession::clientId(const GraphClient &client)
-{
-    return m_ids.idOf(clientKey + std::to_string(client.serial));
+    const std::optional<std::string> name = m_ids.deviceName(id);
+    return name ? m_graph.deviceNamed(*name) : nullptr;
 }
 
 const GraphClient *GraphSession::client(AudioObjectID id) const
 {
-    const std::string serial = lastingName(m_ids.keyOf(id).value_or(""), clientKey);
+    const std::optional<std::uint64_t> serial = m_ids.clientSerial(id);
     for (const auto &[globalId, client] : m_graph.clients) {
-        if (std::to_string(client.serial) == serial)
+        if (client.serial == serial)
             return &client;
     }
     return nullptr;

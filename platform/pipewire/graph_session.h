@@ -81,12 +81,11 @@ class GraphSession final : private Connection::Observer
 
     /// Whether the server denies us other clients' sound; asks it, and waits for the answer if it is one that answers.
     bool isCaptureDenied();
-    void askForRights();
 
-    AudioObjectID deviceId(const GraphNode &device) { return m_ids.idOf("device " + device.name); }
+    AudioObjectID deviceId(const GraphNode &device) { return m_ids.ofDevice(device.name); }
     /// The device of that id, if it is there now.
     const GraphNode *device(AudioObjectID id) const;
-    AudioObjectID clientId(const GraphClient &client);
+    AudioObjectID clientId(const GraphClient &client) { return m_ids.ofClient(client.serial); }
     const GraphClient *client(AudioObjectID id) const;
 
   private:

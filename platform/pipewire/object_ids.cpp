@@ -1,20 +1,47 @@
 #include "platform/pipewire/object_ids.h"
 
+#include <algorithm>
+
 namespace tolvenary
 {
 
-AudioObjectID ObjectIds::idOf(const std::string &key)
+namespace
 {
-    const auto [found, isNew] = m_ids.try_emplace(key, m_next);
+
+template <typename Key> AudioObjectID idOf(std::map<Key, AudioObjectID> &ids, const Key &key, AudioObjectID &next)
+{
+    const auto [found, isNew] = ids.try_emplace(key, next);
     if (isNew)
-        m_keys.emplace(m_next++, key);
+        ++next;
     return found->second;
 }
 
-std::optional<std::string> ObjectIds::keyOf(AudioObjectID id) const
+template <typename Key> std::optional<Key> keyOf(const std::map<Key, AudioObjectID> &ids, AudioObjectID id)
 {
-    const auto found = m_keys.find(id);
-    return found == m_keys.end() ? std::nullopt : std::optional(found->second);
+    const auto found = std::ranges::find_if(ids, [id](const auto &entry) { return entry.second == id; });
+    return found == ids.end() ? std::nullopt : std::optional(found->first);
+}
+
+} // namespace
+
+AudioObjectID ObjectIds::ofDevice(const std::string &name)
+{
+    return idOf(m_devices, name, m_next);
+}
+
+AudioObjectID ObjectIds::ofClient(std::uint64_t serial)
+{
+    return idOf(m_clients, serial, m_next);
+}
+
+std::optional<std::string> ObjectIds::deviceName(AudioObjectID id) const
+{
+    return keyOf(m_devices, id);
+}
+
+std::optional<std::uint64_t> ObjectIds::clientSerial(AudioObjectID id) const
+{
+    return keyOf(m_clients, id);
 }
 
 } // namespace tolvenary

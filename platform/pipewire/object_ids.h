@@ -2,6 +2,7 @@
 
 #include "platform/audio_types.h"
 
+#include <cstdint>
 #include <map>
 #include <optional>
 #include <string>
@@ -14,18 +15,19 @@ namespace tolvenary
 class ObjectIds
 {
   public:
-    /// The number for `key` in its namespace, made on first use.
-    AudioObjectID idOf(const std::string &key);
-
-    /// The key behind a number.
-    std::optional<std::string> keyOf(AudioObjectID id) const;
-
-    /// A number for an object that has no lasting key.
+    // Made on first use.
+    AudioObjectID ofDevice(const std::string &name);
+    AudioObjectID ofClient(std::uint64_t serial);
+    /// For an object that has no lasting name.
     AudioObjectID make() { return m_next++; }
 
+    // Whose number it is; empty for anything else's.
+    std::optional<std::string> deviceName(AudioObjectID id) const;
+    std::optional<std::uint64_t> clientSerial(AudioObjectID id) const;
+
   private:
-    std::map<std::string, AudioObjectID> m_ids;
-    std::map<AudioObjectID, std::string> m_keys;
+    std::map<std::string, AudioObjectID> m_devices;
+    std::map<std::uint64_t, AudioObjectID> m_clients;
     AudioObjectID m_next = kAudioObjectSystemObject + 1;
 };
 

@@ -49,13 +49,6 @@ pw_properties *contextProperties()
 
 } // namespace
 
-struct Connection::RoundTrip {
-    int sequence = 0;
-    int answersMissing = 2;
-    std::chrono::steady_clock::time_point deadline;
-    std::function<void(bool)> done;
-};
-
 // The control thread's loop with its event sources.
 struct Connection::Loop {
     explicit Loop(Connection &owner);
@@ -123,7 +116,12 @@ Connection::Lock::~Lock()
     pw_thread_loop_unlock(m_loop);
 }
 
-Connection::Connection(Observer &observer) : m_observer(observer), m_loop(std::make_unique<Loop>(*this)) {}
+Connection::Connection(Observer &observer)
+    : m_observer(observer),
+      m_loop(std::make_unique<Loop>(*this)),
+      m_roundTrips([this] { return m_core ? pw_core_sync(m_core.get(), PW_ID_CORE, 0) : 0; })
+{
+}
 
 Connection::~Connection()
 {
@@ -158,7 +156,7 @@ void Connection::connect()
     m_isTrying = false;
     if (!m_core) {
         m_loop->arm(m_loop->connectTimer, retryTime);
-        failRoundTrips();
+        finishRoundTrips(false);
         return;
     }
     m_responsive = true;
@@ -166,8 +164,7 @@ void Connection::connect()
     m_coreHook = makeHook();
     pw_core_add_listener(m_core.get(), m_coreHook.get(), &m_loop->coreEvents, this);
     m_observer.connected(m_core.get());
-    for (RoundTrip &trip : m_roundTrips)
-        trip.sequence = pw_core_sync(m_core.get(), PW_ID_CORE, 0);
+    m_roundTrips.askAgain();
     wake();
 }
 
@@ -187,7 +184,7 @@ void Connection::makeContext()
                 return;
             const Lock control(*this);
             m_isTrying = false;
-            failRoundTrips();
+            finishRoundTrips(false);
         });
         made.reset(pw_context_new(m_loop->loop(), contextProperties(), 0));
         // Without it the server's profiler could not be asked who has not finished a cycle.
@@ -205,7 +202,7 @@ void Connection::disconnect()
     m_observer.disconnecting();
     m_coreHook.reset();
     m_core.reset();
-    failRoundTrips();
+    finishRoundTrips(false);
 }
 
 void Connection::failed(std::uint32_t id, int result, std::string_view message)
@@ -232,7 +229,7 @@ void Connection::denied()
 {
     m_observer.accessDenied();
     // The refusal is an answer too, and the only one that a client without any right will get.
-    finishRoundTrips([](const RoundTrip &) { return true; }, true);
+    finishRoundTrips(true);
 }
 
 OSStatus Connection::waitUntil(FunctionRef<bool()> condition, std::chrono::nanoseconds recheck)
@@ -287,49 +284,33 @@ void Connection::roundTrip(std::function<void(bool answered)> done)
         return;
     }
     const auto deadline = std::chrono::steady_clock::now() + answerTime;
-    const int sequence = m_core ? pw_core_sync(m_core.get(), PW_ID_CORE, 0) : 0;
-    m_roundTrips.push_back({sequence, 2, deadline, std::move(done)});
     // For the one that has waited longest: who asks again and again must not put off its end.
-    if (m_roundTrips.size() == 1)
+    if (m_roundTrips.isEmpty())
         m_loop->arm(m_loop->answerTimer, answerTime);
+    m_roundTrips.begin(deadline, std::move(done));
 }
 
 void Connection::answered(int sequence)
 {
     m_responsive = true;
-    for (RoundTrip &trip : m_roundTrips) {
-        if (trip.sequence == sequence && --trip.answersMissing > 0)
-            trip.sequence = pw_core_sync(m_core.get(), PW_ID_CORE, 0);
-    }
-    finishRoundTrips([](const RoundTrip &trip) { return trip.answersMissing == 0; }, true);
+    m_roundTrips.answered(sequence);
+    wake();
 }
 
 void Connection::roundTripsTimedOut()
 {
     const auto now = std::chrono::steady_clock::now();
-    const auto isLate = [now](const RoundTrip &trip) { return trip.deadline <= now; };
-    if (std::ranges::any_of(m_roundTrips, isLate))
+    if (m_roundTrips.isAnyLate(now))
         m_responsive = false;
-    finishRoundTrips(isLate, false);
-    if (!m_roundTrips.empty())
-        m_loop->arm(m_loop->answerTimer, m_roundTrips.front().deadline - now);
+    m_roundTrips.failLate(now);
+    wake();
+    if (!m_roundTrips.isEmpty())
+        m_loop->arm(m_loop->answerTimer, m_roundTrips.firstDeadline() - now);
 }
 
-void Connection::failRoundTrips()
+void Connection::finishRoundTrips(bool answered)
 {
-    finishRoundTrips([](const RoundTrip &) { return true; }, false);
-}
-
-template <typename Selected> void Connection::finishRoundTrips(Selected selected, bool answered)
-{
-    std::vector<RoundTrip> finished;
-    for (RoundTrip &trip : m_roundTrips) {
-        if (selected(trip))
-            finished.push_back(std::move(trip));
-    }
-    std::erase_if(m_roundTrips, [](const RoundTrip &trip) { return !trip.done; });
-    for (const RoundTrip &trip : finished)
-        trip.done(answered);
+    m_roundTrips.finishAll(answered);
     wake();
 }
 

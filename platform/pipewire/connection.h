@@ -3,12 +3,12 @@
 #include "platform/function_ref.h"
 #include "platform/os_status.h"
 #include "platform/pipewire/pw_handles.h"
+#include "platform/pipewire/round_trips.h"
 
 #include <chrono>
 #include <functional>
 #include <memory>
 #include <string_view>
-#include <vector>
 
 namespace tolvenary
 {
@@ -85,7 +85,7 @@ class Connection
     void roundTrip(std::function<void(bool answered)> done);
 
     /// Whether a round trip is under way.
-    bool isAsking() const { return !m_roundTrips.empty(); }
+    bool isAsking() const { return !m_roundTrips.isEmpty(); }
 
     bool isResponsive() const { return m_core != nullptr && m_responsive; }
 
@@ -101,10 +101,7 @@ class Connection
     void answered(int sequence);
     void denied();
     void roundTripsTimedOut();
-    void failRoundTrips();
-    template <typename Selected> void finishRoundTrips(Selected selected, bool answered);
-
-    struct RoundTrip;
+    void finishRoundTrips(bool answered);
 
     Observer &m_observer;
     std::unique_ptr<Loop> m_loop;
@@ -113,7 +110,7 @@ class Connection
     std::chrono::steady_clock::time_point m_connectedAt;
     bool m_responsive = true;
     bool m_isTrying = true; ///< the first attempt is still to come
-    std::vector<RoundTrip> m_roundTrips;
+    RoundTrips m_roundTrips;
 };
 
 } // namespace tolvenary

@@ -1,7 +1,5 @@
 #include "platform/desktop/portal_capture_device.h"
-#include "tests/platform/desktop/event_loop.h"
-#include "tests/platform/desktop/private_session.h"
-#include "tests/platform/desktop/stub_services.h"
+#include "tests/platform/desktop/portal_fixture.h"
 
 #include <QDBusArgument>
 #include <QDBusObjectPath>
@@ -22,35 +20,21 @@ QString us()
     return QStringLiteral("com.tolvenary.app");
 }
 
-/// A session whose store says `ask` for us, and whose desktop, "Test", has chosen a backend that can ask.
-class AccessDialog : public testing::Test
+/// A session whose store says `ask` for us, and whose desktop has a backend that can ask.
+class AccessDialog : public PortalFixture
 {
   protected:
+    AccessDialog() : PortalFixture("org.freedesktop.impl.portal.Access") {}
+
     void SetUp() override
     {
-        ASSERT_TRUE(session.isReady());
-        qputenv("XDG_CURRENT_DESKTOP", "Test");
-        session.folder().write("share/xdg-desktop-portal/portals/test.portal",
-                               "[portal]\nDBusName=org.example.portal.Test\n"
-                               "Interfaces=org.freedesktop.impl.portal.Access\nUseIn=test\n");
+        PortalFixture::SetUp();
         session.setPermission(us(), QStringLiteral("ask"));
-    }
-
-    void startBackend()
-    {
-        backend = std::make_unique<StubService>(session, QStringLiteral("org.example.portal.Test"),
-                                                QStringLiteral("/org/freedesktop/portal/desktop"));
-        ASSERT_TRUE(backend->isThere());
     }
 
     void request()
     {
         device->requestAccessForMediaType(AVMediaType::audio, [this](bool answer) { answers.push_back(answer); });
-    }
-
-    bool isAsked()
-    {
-        return spinUntil([this] { return !backend->calls().empty(); });
     }
 
     bool isAnswered(std::size_t count = 1)
@@ -60,8 +44,6 @@ class AccessDialog : public testing::Test
 
     void answer(uint response) { backend->answer(backend->calls().front(), {response, QVariantMap()}); }
 
-    PrivateSession session{PrivateSession::Store::installed};
-    std::unique_ptr<StubService> backend;
     std::unique_ptr<PortalCaptureDevice> device = std::make_unique<PortalCaptureDevice>();
     std::vector<bool> answers;
 };

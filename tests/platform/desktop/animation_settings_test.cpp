@@ -1,9 +1,7 @@
-// Before Qt's headers, whose keywords would take the place of its names.
-#include <gio/gio.h>
+#include "tests/platform/desktop/switch_fixture.h"
 
 #include "platform/desktop/desktop_workspace.h"
 #include "tests/platform/desktop/event_loop.h"
-#include "tests/platform/desktop/fixture_settings.h"
 
 namespace tolvenary
 {
@@ -11,33 +9,15 @@ namespace tolvenary
 namespace
 {
 
-constexpr auto *schemaName = "org.gnome.desktop.interface";
-
 const auto *const application = testing::AddGlobalTestEnvironment(new QtApplication);
 const auto *const fixtureSettings = testing::AddGlobalTestEnvironment(new FixtureSettings);
 
-class AnimationsOfTheDesktop : public testing::Test
+class AnimationsOfTheDesktop : public SwitchFixture
 {
   protected:
-    void SetUp() override
-    {
-        auto *schema = g_settings_schema_source_lookup(g_settings_schema_source_get_default(), schemaName, TRUE);
-        ASSERT_TRUE(schema) << "not installed: package gsettings-desktop-schemas";
-        g_settings_schema_unref(schema);
-        settings = g_settings_new(schemaName);
-        g_settings_reset(settings, "enable-animations");
-        g_settings_sync();
-    }
+    AnimationsOfTheDesktop() : SwitchFixture("org.gnome.desktop.interface", "enable-animations") {}
 
-    void TearDown() override { g_clear_object(&settings); }
-
-    void enable(bool enabled)
-    {
-        ASSERT_TRUE(g_settings_set_boolean(settings, "enable-animations", enabled ? TRUE : FALSE));
-        g_settings_sync();
-    }
-
-    GSettings *settings = nullptr;
+    void enable(bool enabled) { throwSwitch(enabled); }
 };
 
 TEST_F(AnimationsOfTheDesktop, areOnUnlessSwitchedOff)

@@ -1,7 +1,5 @@
 #include "platform/desktop/portal_capture_device.h"
-#include "tests/platform/desktop/event_loop.h"
-#include "tests/platform/desktop/private_session.h"
-#include "tests/platform/desktop/stub_services.h"
+#include "tests/platform/desktop/portal_fixture.h"
 
 #include <QDBusVariant>
 #include <optional>
@@ -13,24 +11,10 @@ namespace
 {
 
 /// A session whose desktop has a backend that speaks of its lockdown.
-class LockdownPortal : public testing::Test
+class LockdownPortal : public PortalFixture
 {
   protected:
-    void SetUp() override
-    {
-        ASSERT_TRUE(session.isReady());
-        qputenv("XDG_CURRENT_DESKTOP", "Test");
-        session.folder().write("share/xdg-desktop-portal/portals/test.portal",
-                               "[portal]\nDBusName=org.example.portal.Test\n"
-                               "Interfaces=org.freedesktop.impl.portal.Lockdown\nUseIn=test\n");
-    }
-
-    void startBackend()
-    {
-        backend = std::make_unique<StubService>(session, QStringLiteral("org.example.portal.Test"),
-                                                QStringLiteral("/org/freedesktop/portal/desktop"));
-        ASSERT_TRUE(backend->isThere());
-    }
+    LockdownPortal() : PortalFixture("org.freedesktop.impl.portal.Lockdown") {}
 
     void setPermission(const QString &permission)
     {
@@ -53,7 +37,7 @@ class LockdownPortal : public testing::Test
     std::optional<AVAuthorizationStatus> statusWhen(bool disabled)
     {
         ask();
-        if (!spinUntil([this] { return !backend->calls().empty(); }))
+        if (!isAsked())
             return std::nullopt;
         const auto &call = backend->calls().front();
         EXPECT_EQ(call.member, QStringLiteral("Get"));
@@ -63,8 +47,6 @@ class LockdownPortal : public testing::Test
         return answered();
     }
 
-    PrivateSession session{PrivateSession::Store::installed};
-    std::unique_ptr<StubService> backend;
     PortalCaptureDevice device;
     std::optional<AVAuthorizationStatus> answer;
 };

@@ -1,10 +1,8 @@
-// Before Qt's headers, whose keywords would take the place of its names.
-#include <gio/gio.h>
+#include "tests/platform/desktop/switch_fixture.h"
 
 #include "platform/desktop/microphone_settings.h"
 #include "platform/desktop/portal_capture_device.h"
 #include "tests/platform/desktop/event_loop.h"
-#include "tests/platform/desktop/fixture_settings.h"
 
 #include <optional>
 
@@ -14,31 +12,15 @@ namespace tolvenary
 namespace
 {
 
-constexpr auto *schemaName = "org.gnome.desktop.privacy";
-
 const auto *const application = testing::AddGlobalTestEnvironment(new QtApplication);
 const auto *const fixtureSettings = testing::AddGlobalTestEnvironment(new FixtureSettings);
 
-class MicrophoneSettings : public testing::Test
+class MicrophoneSettings : public SwitchFixture
 {
   protected:
-    void SetUp() override
-    {
-        auto *schema = g_settings_schema_source_lookup(g_settings_schema_source_get_default(), schemaName, TRUE);
-        ASSERT_TRUE(schema) << "not installed: package gsettings-desktop-schemas";
-        g_settings_schema_unref(schema);
-        settings = g_settings_new(schemaName);
-    }
+    MicrophoneSettings() : SwitchFixture("org.gnome.desktop.privacy", "disable-microphone") {}
 
-    void TearDown() override { g_clear_object(&settings); }
-
-    void disable(bool disabled)
-    {
-        ASSERT_TRUE(g_settings_set_boolean(settings, "disable-microphone", disabled ? TRUE : FALSE));
-        g_settings_sync();
-    }
-
-    GSettings *settings = nullptr;
+    void disable(bool disabled) { throwSwitch(disabled); }
 };
 
 std::optional<AVAuthorizationStatus> status(AVCaptureDevice &device)
@@ -51,7 +33,6 @@ std::optional<AVAuthorizationStatus> status(AVCaptureDevice &device)
 
 TEST_F(MicrophoneSettings, theSettingIsOffUnlessSet)
 {
-    g_settings_reset(settings, "disable-microphone");
     EXPECT_FALSE(isMicrophoneDisabledInSettings());
 }
 
@@ -74,7 +55,6 @@ TEST_F(MicrophoneSettings, aRequestForADisabledMicrophoneIsRefused)
     device.requestAccessForMediaType(AVMediaType::audio, [&](bool granted) { answer = granted; });
     ASSERT_TRUE(spinUntil([&] { return answer.has_value(); }));
     EXPECT_EQ(answer, false);
-    disable(false);
 }
 
 } // namespace

@@ -1,30 +1,23 @@
 #pragma once
 
-#include "tests/session/tools/player_options.h"
-
-struct pw_filter;
-struct pw_loop;
+#include "tests/session/tools/part.h"
+#include "tests/session/tools/tool_filter.h"
 
 namespace tolvenary::session
 {
 
 /// Speaks into a microphone: a node with one output port a channel ("output_FL", …) that a test links by hand.
-class Feeder
+class Feeder final : public Part
 {
   public:
     Feeder(pw_loop *loop, const PlayerOptions &options);
-    ~Feeder();
-
-    Feeder(const Feeder &) = delete;
-    Feeder &operator=(const Feeder &) = delete;
 
   private:
     void process(std::uint32_t frames, double rate); // real-time
 
     const PlayerOptions &m_options;
-    pw_filter *m_filter = nullptr;
-    std::vector<void *> m_ports;
     std::uint64_t m_frame = 0;
+    ToolFilter m_filter; // declared last: its thread calls back into all of the above
 };
 
 } // namespace tolvenary::session

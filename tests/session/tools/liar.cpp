@@ -4,8 +4,7 @@
 #include <array>
 #include <iostream>
 #include <pipewire/filter.h>
-#include <pipewire/pipewire.h>
-#include <stdexcept>
+#include <pipewire/keys.h>
 
 namespace tolvenary::session
 {
@@ -49,36 +48,19 @@ constexpr std::array stories{
 
 } // namespace
 
-Liar::Liar(pw_loop *loop, const PlayerOptions &options) : m_options(options)
+Liar::Liar(pw_loop *loop, const PlayerOptions &options)
+    : m_options(options),
+      m_filter(loop, options,
+               {{PW_KEY_MEDIA_CATEGORY, "Playback"},
+                {PW_KEY_MEDIA_CLASS, "Stream/Output/Audio"},
+                {PW_KEY_NODE_ALWAYS_PROCESS, "true"}},
+               [this](std::uint32_t frames, double rate) { process(frames, rate); })
 {
-    static pw_filter_events events = {};
-    events.version = PW_VERSION_FILTER_EVENTS;
-    events.process = [](void *liar, spa_io_position *position) {
-        static_cast<Liar *>(liar)->process(static_cast<std::uint32_t>(position->clock.duration),
-                                           position->clock.rate.denom);
-    };
-    m_filter =
-        pw_filter_new_simple(loop, options.application.c_str(),
-                             pw_properties_new(PW_KEY_NODE_NAME, options.name.c_str(), PW_KEY_MEDIA_TYPE, "Audio",
-                                               PW_KEY_MEDIA_CATEGORY, "Playback", PW_KEY_MEDIA_CLASS,
-                                               "Stream/Output/Audio", PW_KEY_NODE_ALWAYS_PROCESS, "true", nullptr),
-                             &events, this);
-    for (const std::string &channel : options.channels)
-        m_ports.push_back(pw_filter_add_port(
-            m_filter, PW_DIRECTION_OUTPUT, PW_FILTER_PORT_FLAG_MAP_BUFFERS, sizeof(void *),
-            pw_properties_new(PW_KEY_FORMAT_DSP, "32 bit float mono audio", PW_KEY_PORT_NAME,
-                              ("output_" + channel).c_str(), PW_KEY_AUDIO_CHANNEL, channel.c_str(), nullptr),
-            nullptr, 0));
-    if (pw_filter_connect(m_filter, PW_FILTER_FLAG_RT_PROCESS, nullptr, 0) < 0)
-        throw std::runtime_error("the liar cannot connect");
+    m_filter.addOutputs();
+    m_filter.connect();
 }
 
-Liar::~Liar()
-{
-    pw_filter_destroy(m_filter);
-}
-
-void Liar::changeStory()
+void Liar::signalled()
 {
     const std::size_t next = (m_story.load() + 1) % stories.size();
     m_story.store(next);
@@ -88,8 +70,8 @@ void Liar::changeStory()
 void Liar::process(std::uint32_t frames, double rate)
 {
     const Story &story = stories[m_story.load(std::memory_order_relaxed)];
-    for (std::size_t channel = 0; channel < m_ports.size(); ++channel) {
-        pw_buffer *buffer = pw_filter_dequeue_buffer(m_ports[channel]);
+    for (std::size_t channel = 0; channel < m_filter.ports().size(); ++channel) {
+        pw_buffer *buffer = pw_filter_dequeue_buffer(m_filter.ports()[channel]);
         if (buffer == nullptr)
             continue;
         spa_data &data = buffer->buffer->datas[0];
@@ -100,7 +82,7 @@ void Liar::process(std::uint32_t frames, double rate)
         data.chunk->stride = sizeof(float);
         data.chunk->flags = 0;
         story.tell(*data.chunk, bytes, data.maxsize);
-        pw_filter_queue_buffer(m_ports[channel], buffer);
+        pw_filter_queue_buffer(m_filter.ports()[channel], buffer);
     }
     m_frame += frames;
 }

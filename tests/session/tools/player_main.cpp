@@ -8,7 +8,7 @@
 #include <csignal>
 #include <deque>
 #include <iostream>
-#include <optional>
+#include <memory>
 #include <pipewire/pipewire.h>
 
 using namespace tolvenary::session;
@@ -35,54 +35,57 @@ void visit(const PlayerOptions &options)
     std::cout << heard << " of " << options.visits << " visits" << std::endl;
 }
 
+/// Plays as one or several applications do.
+class Players final : public Part
+{
+  public:
+    Players(pw_loop *loop, const PlayerOptions &options)
+    {
+        for (int i = 0; i < options.streams; ++i)
+            m_players.emplace_back(loop, options);
+    }
+
+    void signalled() override
+    {
+        for (StreamPlayer &player : m_players)
+            player.changeFormat();
+    }
+
+  private:
+    std::deque<StreamPlayer> m_players;
+};
+
+std::unique_ptr<Part> makePart(pw_loop *loop, const PlayerOptions &options)
+{
+    if (options.feed)
+        return std::make_unique<Feeder>(loop, options);
+    if (options.lie)
+        return std::make_unique<Liar>(loop, options);
+    if (options.sink)
+        return std::make_unique<UnfitSink>(loop, options);
+    if (options.shortSink)
+        return std::make_unique<ShortSink>(loop, options);
+    return std::make_unique<Players>(loop, options);
+}
+
 void play(const PlayerOptions &options)
 {
-    pw_main_loop *loop = pw_main_loop_new(nullptr);
+    pw_main_loop *mainLoop = pw_main_loop_new(nullptr);
+    pw_loop *loop = pw_main_loop_get_loop(mainLoop);
     const auto quit = [](void *data, int /*signal*/) { pw_main_loop_quit(static_cast<pw_main_loop *>(data)); };
-    pw_loop_add_signal(pw_main_loop_get_loop(loop), SIGTERM, quit, loop);
-    pw_loop_add_signal(pw_main_loop_get_loop(loop), SIGINT, quit, loop);
+    pw_loop_add_signal(loop, SIGTERM, quit, mainLoop);
+    pw_loop_add_signal(loop, SIGINT, quit, mainLoop);
     {
-        std::optional<Feeder> feeder;
-        std::optional<Liar> liar;
-        std::deque<StreamPlayer> players;
+        std::unique_ptr<Part> part;
+        const auto signalled = [](void *data, int /*signal*/) {
+            (*static_cast<std::unique_ptr<Part> *>(data))->signalled();
+        };
         // Before anybody makes a thread, which would not know that the signal is to be held back.
-        const auto change = [](void *data, int /*signal*/) {
-            for (StreamPlayer &player : *static_cast<std::deque<StreamPlayer> *>(data))
-                player.changeFormat();
-        };
-        std::optional<UnfitSink> sink;
-        const auto changeStory = [](void *data, int /*signal*/) {
-            static_cast<std::optional<Liar> *>(data)->value().changeStory();
-        };
-        const auto decline = [](void *data, int /*signal*/) {
-            static_cast<std::optional<UnfitSink> *>(data)->value().decline();
-        };
-        std::optional<ShortSink> shortSink;
-        const auto tell = [](void *data, int /*signal*/) {
-            static_cast<std::optional<ShortSink> *>(data)->value().tell();
-        };
-        if (options.lie)
-            pw_loop_add_signal(pw_main_loop_get_loop(loop), SIGUSR1, changeStory, &liar);
-        else if (options.sink)
-            pw_loop_add_signal(pw_main_loop_get_loop(loop), SIGUSR1, decline, &sink);
-        else if (options.shortSink)
-            pw_loop_add_signal(pw_main_loop_get_loop(loop), SIGUSR1, tell, &shortSink);
-        else
-            pw_loop_add_signal(pw_main_loop_get_loop(loop), SIGUSR1, change, &players);
-        if (options.feed)
-            feeder.emplace(pw_main_loop_get_loop(loop), options);
-        else if (options.lie)
-            liar.emplace(pw_main_loop_get_loop(loop), options);
-        else if (options.sink)
-            sink.emplace(pw_main_loop_get_loop(loop), options);
-        else if (options.shortSink)
-            shortSink.emplace(pw_main_loop_get_loop(loop), options);
-        else
-            for (int i = 0; i < options.streams; ++i)
-                players.emplace_back(pw_main_loop_get_loop(loop), options);
-        pw_main_loop_run(loop);
+        pw_loop_add_signal(loop, SIGUSR1, signalled, &part);
+        part = makePart(loop, options);
+        pw_main_loop_run(mainLoop);
     }
-    pw_main_loop_destroy(loop);
+    pw_main_loop_destroy(mainLoop);
 }
 
 } // namespace

@@ -4,14 +4,13 @@
 #include <array>
 #include <iostream>
 #include <pipewire/filter.h>
-#include <pipewire/pipewire.h>
+#include <pipewire/keys.h>
 #include <spa/param/audio/raw.h>
 #include <spa/param/buffers.h>
 #include <spa/param/format.h>
 #include <spa/param/param.h>
 #include <spa/pod/builder.h>
 #include <span>
-#include <stdexcept>
 
 namespace tolvenary::session
 {
@@ -47,45 +46,27 @@ bool hasSound(const spa_data &data)
 } // namespace
 
 ShortSink::ShortSink(pw_loop *loop, const PlayerOptions &options)
+    : m_filter(loop, options, {{PW_KEY_NODE_DESCRIPTION, options.application}, {PW_KEY_MEDIA_CLASS, "Audio/Sink"}},
+               [this](std::uint32_t, double) { process(); })
 {
-    static pw_filter_events events = {};
-    events.version = PW_VERSION_FILTER_EVENTS;
-    events.process = [](void *sink, spa_io_position *) { static_cast<ShortSink *>(sink)->process(); };
-    m_filter = pw_filter_new_simple(loop, options.application.c_str(),
-                                    pw_properties_new(PW_KEY_NODE_NAME, options.name.c_str(), PW_KEY_NODE_DESCRIPTION,
-                                                      options.application.c_str(), PW_KEY_MEDIA_TYPE, "Audio",
-                                                      PW_KEY_MEDIA_CLASS, "Audio/Sink", nullptr),
-                                    &events, this);
-    for (const std::string &channel : options.channels) {
-        std::array<std::uint8_t, 1024> memory{};
-        spa_pod_builder builder = {};
-        builder.data = memory.data();
-        builder.size = memory.size();
-        // All that it takes is said here: what the library would say in its place has room for the longest cycle.
-        std::array params{samples(builder), shortBuffers(builder)};
-        m_ports.push_back(pw_filter_add_port(m_filter, PW_DIRECTION_INPUT, PW_FILTER_PORT_FLAG_MAP_BUFFERS,
-                                             sizeof(void *),
-                                             pw_properties_new(PW_KEY_PORT_NAME, ("playback_" + channel).c_str(),
-                                                               PW_KEY_AUDIO_CHANNEL, channel.c_str(), nullptr),
-                                             params.data(), params.size()));
-    }
-    if (pw_filter_connect(m_filter, PW_FILTER_FLAG_RT_PROCESS, nullptr, 0) < 0)
-        throw std::runtime_error("the sink cannot connect");
+    std::array<std::uint8_t, 1024> memory{};
+    spa_pod_builder builder = {};
+    builder.data = memory.data();
+    builder.size = memory.size();
+    // All that it takes is said here: what the library would say in its place has room for the longest cycle.
+    std::array params{samples(builder), shortBuffers(builder)};
+    m_filter.addInputs(params);
+    m_filter.connect();
 }
 
-ShortSink::~ShortSink()
-{
-    pw_filter_destroy(m_filter);
-}
-
-void ShortSink::tell()
+void ShortSink::signalled()
 {
     std::cout << (m_hasHeard.exchange(false) ? "heard" : "nothing") << std::endl;
 }
 
 void ShortSink::process()
 {
-    for (void *port : m_ports) {
+    for (void *port : m_filter.ports()) {
         pw_buffer *buffer = pw_filter_dequeue_buffer(port);
         if (buffer == nullptr)
             continue;

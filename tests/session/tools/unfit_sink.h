@@ -1,29 +1,22 @@
 #pragma once
 
-#include "tests/session/tools/player_options.h"
-
-struct pw_filter;
-struct pw_loop;
+#include "tests/session/tools/part.h"
+#include "tests/session/tools/tool_filter.h"
 
 namespace tolvenary::session
 {
 
 /// A sink that calls itself as its options say. What it takes it does not say, so that links into it wait; until it
 /// declines all sound: then they fail, as those into a device that cannot be opened.
-class UnfitSink
+class UnfitSink final : public Part
 {
   public:
     UnfitSink(pw_loop *loop, const PlayerOptions &options);
-    ~UnfitSink();
 
-    UnfitSink(const UnfitSink &) = delete;
-    UnfitSink &operator=(const UnfitSink &) = delete;
-
-    void decline();
+    void signalled() override;
 
   private:
-    pw_filter *m_filter = nullptr;
-    std::vector<void *> m_ports;
+    ToolFilter m_filter;
 };
 
 } // namespace tolvenary::session

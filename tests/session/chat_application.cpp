@@ -1,5 +1,6 @@
 #include "tests/session/chat_application.h"
 
+#include <algorithm>
 #include <fstream>
 #include <sstream>
 
@@ -47,6 +48,20 @@ std::vector<Samples> ChatApplication::heardLast(std::size_t frames) const
     for (std::size_t i = 0; i < interleaved.size(); ++i)
         result[i % channels][i / channels] = interleaved[i];
     return result;
+}
+
+bool comesToHearTheMix(MixBed &bed, const ChatApplication &chat)
+{
+    const auto isMix = [](const Samples &side) {
+        const Heard heard = heardIn(side, 48000);
+        return isLevel(heard.microphone, theWholeMix.microphone) && isLevel(heard.application, theWholeMix.application);
+    };
+    return bed.waitFor(
+        [&] {
+            const std::vector<Samples> heard = chat.heardLast(24000);
+            return heard.size() == channels && std::ranges::all_of(heard, isMix);
+        },
+        std::chrono::seconds(15));
 }
 
 std::optional<ListedSource> listedSource(const std::string &name)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tests/session/mix_bed.h"
+#include "tests/session/listening.h"
 
 #include <filesystem>
 
@@ -20,6 +20,9 @@ class ChatApplication
     std::filesystem::path m_file;
     std::unique_ptr<ChildProcess> m_recorder;
 };
+
+/// Whether it comes to hear the whole mix in both channels.
+bool comesToHearTheMix(MixBed &bed, const ChatApplication &chat);
 
 /// How the pulse server describes the source of this name, and whether it is a sink's monitor; empty without the
 /// source.

@@ -111,8 +111,7 @@ TEST(Privacy, theDesktopSeesItAgainWhenTheSoundServerHasBeenRestarted)
     bed.run();
     ASSERT_TRUE(bed.waitFor([] { return !recordingStreams().empty(); }));
     bed.unplugAll();
-    bed.session().stopSoundServers();
-    bed.session().startSoundServers();
+    bed.session().restartSoundServers();
     bed.plugAll();
     EXPECT_TRUE(bed.waitFor([] { return !recordingStreams().empty(); }));
 }

@@ -1,5 +1,4 @@
 #include "tests/session/chat_application.h"
-#include "tests/session/listening.h"
 
 #include <algorithm>
 #include <gmock/gmock.h>
@@ -19,11 +18,7 @@ constexpr const char *wideSource = "blackhole_16ch.source";
 
 SessionConfiguration withBothDevices()
 {
-    SessionConfiguration configuration;
-    configuration.pulse = true;
-    configuration.shippedDevice = true;
-    configuration.wideDevice = true;
-    return configuration;
+    return {.pulse = true, .shippedDevice = true, .wideDevice = true};
 }
 
 /// "node:port" of each channel in which the wide source is heard.
@@ -114,16 +109,7 @@ TEST_F(WideDeviceInUse, isHeardOnItsFirstTwoChannelsAndNowhereElse)
 TEST_F(WideDeviceInUse, isHeardByAChatApplicationInStereo)
 {
     const ChatApplication chat(bed().session(), wideSource);
-    EXPECT_TRUE(bed().waitFor(
-        [&] {
-            const std::vector<Samples> heard = chat.heardLast(24000);
-            return std::ranges::count_if(heard, [](const Samples &side) {
-                       const Heard levels = heardIn(side, 48000);
-                       return isLevel(levels.microphone, theWholeMix.microphone) &&
-                              isLevel(levels.application, theWholeMix.application);
-                   }) == 2;
-        },
-        std::chrono::seconds(15)));
+    EXPECT_TRUE(comesToHearTheMix(bed(), chat));
 }
 
 TEST_F(WideDeviceInUse, passesOnWhatSomebodyPlaysIntoItsLastChannel)
@@ -144,8 +130,7 @@ TEST(WideDevice, isNeitherDefaultAlsoAfterARestartOfTheServer)
                graph.defaultNode("default.audio.source") != wideSource;
     };
     EXPECT_TRUE(session.waitForGraph(isSettled));
-    session.stopSoundServers();
-    session.startSoundServers();
+    session.restartSoundServers();
     EXPECT_TRUE(session.waitForGraph(isSettled));
 }
 
@@ -156,13 +141,11 @@ TEST(ShippedDevices, areGoneWhenTheyWereRemovedAndTheServerWasRestarted)
     EXPECT_THAT(devicesIn(SoundGraph::read()),
                 testing::UnorderedElementsAre("blackhole_2ch", "blackhole_2ch.source", wideSink, wideSource));
     runToEnd({TOLVENARY_INSTALLER, "remove", "16ch"});
-    session.stopSoundServers();
-    session.startSoundServers();
+    session.restartSoundServers();
     ASSERT_TRUE(session.waitForGraph(hasUsualDevice));
     EXPECT_THAT(devicesIn(SoundGraph::read()), testing::UnorderedElementsAre("blackhole_2ch", "blackhole_2ch.source"));
     runToEnd({TOLVENARY_INSTALLER, "remove"});
-    session.stopSoundServers();
-    session.startSoundServers();
+    session.restartSoundServers();
     EXPECT_THAT(devicesIn(SoundGraph::read()), testing::IsEmpty());
 }
 

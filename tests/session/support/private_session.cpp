@@ -50,6 +50,12 @@ void PrivateSession::startSoundServers()
     awaitServers();
 }
 
+void PrivateSession::restartSoundServers()
+{
+    stopSoundServers();
+    startSoundServers();
+}
+
 /// The session manager is up when it has made its metadata and, where there are speakers, chosen them.
 void PrivateSession::awaitServers()
 {

@@ -32,6 +32,7 @@ class PrivateSession
     /// The sound servers go away, as in a crash; what clients had in them is gone.
     void stopSoundServers();
     void startSoundServers();
+    void restartSoundServers();
     /// One of them is killed, and leaves behind what a crash leaves behind. Returns when it has ended.
     void kill(SoundServer server);
     /// Starts the session manager again after it was killed.

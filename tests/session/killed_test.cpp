@@ -119,8 +119,7 @@ class KilledMix
     void restart()
     {
         m_bed.unplugAll();
-        m_bed.session().stopSoundServers();
-        m_bed.session().startSoundServers();
+        m_bed.session().restartSoundServers();
         m_bed.plugAll();
     }
     bool bothSourcesDeliver()
@@ -136,10 +135,11 @@ class KilledMix
     MixBed m_bed;
     std::string m_deadly;
     SteppedPlatform m_platform{m_bed.platform(), [this](const std::string &step) {
-                                   if (step != m_deadly)
-                                       return;
-                                   m_deadly.clear();
-                                   m_bed.session().kill(SoundServer::pipewire);
+                                   if (step == m_deadly) {
+                                       m_deadly.clear();
+                                       m_bed.session().kill(SoundServer::pipewire);
+                                   }
+                                   return noErr;
                                }};
     MixCoordinator m_mix{m_platform};
 };
@@ -180,8 +180,7 @@ TEST(KilledServer, endsTheRunAndSaysWhatToDoAndTheNextStartWorks)
     std::printf("  longest pause %lld ms\n", static_cast<long long>(heartbeat.longestPause()));
     EXPECT_LT(heartbeat.longestPause(), frozen);
     bed.unplugAll();
-    bed.session().stopSoundServers();
-    bed.session().startSoundServers();
+    bed.session().restartSoundServers();
     bed.plugAll();
     ASSERT_TRUE(findsAll(bed, bed.mix()));
     bed.run();

@@ -6,6 +6,12 @@ namespace tolvenary::session
 namespace
 {
 
+template <typename Take> OSStatus unlessFailed(const SteppedPlatform::Step &step, const char *name, Take take)
+{
+    const OSStatus status = step(name);
+    return status == noErr ? take() : status;
+}
+
 class SteppedOutputUnit final : public AudioOutputUnit
 {
   public:
@@ -17,25 +23,24 @@ class SteppedOutputUnit final : public AudioOutputUnit
     OSStatus AudioUnitSetProperty(std::uint32_t property, std::uint32_t scope, std::uint32_t element, const void *data,
                                   std::uint32_t size) override
     {
-        m_step("bind the output");
-        return m_real->AudioUnitSetProperty(property, scope, element, data, size);
+        return unlessFailed(m_step, "bind the output",
+                            [&] { return m_real->AudioUnitSetProperty(property, scope, element, data, size); });
     }
     OSStatus AudioUnitGetProperty(std::uint32_t property, std::uint32_t scope, std::uint32_t element, void *outData,
                                   std::uint32_t &ioSize) override
     {
-        m_step("read the binding");
-        return m_real->AudioUnitGetProperty(property, scope, element, outData, ioSize);
+        return unlessFailed(m_step, "read the binding",
+                            [&] { return m_real->AudioUnitGetProperty(property, scope, element, outData, ioSize); });
     }
     double sampleRate() override { return m_real->sampleRate(); }
     OSStatus AudioOutputUnitStart(RenderCallback render) override
     {
-        m_step("start the output");
-        return m_real->AudioOutputUnitStart(std::move(render));
+        return unlessFailed(m_step, "start the output",
+                            [&] { return m_real->AudioOutputUnitStart(std::move(render)); });
     }
     OSStatus AudioOutputUnitStop() override
     {
-        m_step("stop the output");
-        return m_real->AudioOutputUnitStop();
+        return unlessFailed(m_step, "stop the output", [&] { return m_real->AudioOutputUnitStop(); });
     }
 
   private:
@@ -58,13 +63,12 @@ class SteppedInputUnit final : public AudioInputUnit
     }
     OSStatus AudioOutputUnitStart(CaptureCallback capture) override
     {
-        m_step("start the input");
-        return m_real->AudioOutputUnitStart(std::move(capture));
+        return unlessFailed(m_step, "start the input",
+                            [&] { return m_real->AudioOutputUnitStart(std::move(capture)); });
     }
     OSStatus AudioOutputUnitStop() override
     {
-        m_step("stop the input");
-        return m_real->AudioOutputUnitStop();
+        return unlessFailed(m_step, "stop the input", [&] { return m_real->AudioOutputUnitStop(); });
     }
 
   private:
@@ -77,7 +81,8 @@ class SteppedInputUnit final : public AudioInputUnit
 void SteppedPlatform::authorizationStatusForMediaType(AVMediaType mediaType,
                                                       std::function<void(AVAuthorizationStatus)> completionHandler)
 {
-    m_step("ask for the microphone");
+    if (m_step("ask for the microphone") != noErr)
+        return completionHandler(AVAuthorizationStatus::denied);
     real().captureDevice().authorizationStatusForMediaType(mediaType, std::move(completionHandler));
 }
 
@@ -89,8 +94,7 @@ void SteppedPlatform::requestAccessForMediaType(AVMediaType mediaType,
 
 bool SteppedPlatform::CGPreflightScreenCaptureAccess()
 {
-    m_step("ask for the screen");
-    return real().screenCaptureAccess().CGPreflightScreenCaptureAccess();
+    return m_step("ask for the screen") == noErr && real().screenCaptureAccess().CGPreflightScreenCaptureAccess();
 }
 
 bool SteppedPlatform::CGRequestScreenCaptureAccess()
@@ -110,51 +114,51 @@ std::unique_ptr<AudioInputUnit> SteppedPlatform::makeInputUnit()
 
 OSStatus SteppedPlatform::AudioHardwareCreateProcessTap(const CATapDescription &description, AudioObjectID &outTap)
 {
-    m_step("create the tap");
-    return real().processTaps().AudioHardwareCreateProcessTap(description, outTap);
+    return unlessFailed(m_step, "create the tap",
+                        [&] { return real().processTaps().AudioHardwareCreateProcessTap(description, outTap); });
 }
 
 OSStatus SteppedPlatform::AudioHardwareDestroyProcessTap(AudioObjectID tap)
 {
-    m_step("destroy the tap");
-    return real().processTaps().AudioHardwareDestroyProcessTap(tap);
+    return unlessFailed(m_step, "destroy the tap",
+                        [&] { return real().processTaps().AudioHardwareDestroyProcessTap(tap); });
 }
 
 OSStatus SteppedPlatform::AudioHardwareCreateAggregateDevice(const Dictionary &description, AudioObjectID &outDevice)
 {
-    m_step("create the aggregate");
-    return real().aggregateDevices().AudioHardwareCreateAggregateDevice(description, outDevice);
+    return unlessFailed(m_step, "create the aggregate", [&] {
+        return real().aggregateDevices().AudioHardwareCreateAggregateDevice(description, outDevice);
+    });
 }
 
 OSStatus SteppedPlatform::AudioHardwareDestroyAggregateDevice(AudioObjectID device)
 {
-    m_step("destroy the aggregate");
-    return real().aggregateDevices().AudioHardwareDestroyAggregateDevice(device);
+    return unlessFailed(m_step, "destroy the aggregate",
+                        [&] { return real().aggregateDevices().AudioHardwareDestroyAggregateDevice(device); });
 }
 
 OSStatus SteppedPlatform::AudioDeviceCreateIOProcIDWithBlock(AudioDeviceIOProcID &outIOProcID, AudioObjectID device,
                                                              AudioDeviceIOBlock block)
 {
-    m_step("create the callback");
-    return real().ioProcs().AudioDeviceCreateIOProcIDWithBlock(outIOProcID, device, std::move(block));
+    return unlessFailed(m_step, "create the callback", [&] {
+        return real().ioProcs().AudioDeviceCreateIOProcIDWithBlock(outIOProcID, device, std::move(block));
+    });
 }
 
 OSStatus SteppedPlatform::AudioDeviceDestroyIOProcID(AudioObjectID device, AudioDeviceIOProcID proc)
 {
-    m_step("destroy the callback");
-    return real().ioProcs().AudioDeviceDestroyIOProcID(device, proc);
+    return unlessFailed(m_step, "destroy the callback",
+                        [&] { return real().ioProcs().AudioDeviceDestroyIOProcID(device, proc); });
 }
 
 OSStatus SteppedPlatform::AudioDeviceStart(AudioObjectID device, AudioDeviceIOProcID proc)
 {
-    m_step("start the tap");
-    return real().ioProcs().AudioDeviceStart(device, proc);
+    return unlessFailed(m_step, "start the tap", [&] { return real().ioProcs().AudioDeviceStart(device, proc); });
 }
 
 OSStatus SteppedPlatform::AudioDeviceStop(AudioObjectID device, AudioDeviceIOProcID proc)
 {
-    m_step("stop the tap");
-    return real().ioProcs().AudioDeviceStop(device, proc);
+    return unlessFailed(m_step, "stop the tap", [&] { return real().ioProcs().AudioDeviceStop(device, proc); });
 }
 
 } // namespace tolvenary::session

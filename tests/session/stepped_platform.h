@@ -14,7 +14,7 @@
 namespace tolvenary::session
 {
 
-/// Another platform, which tells the name of each step of a start or a stop before it takes it.
+/// Another platform, which asks before it takes a step of a start or a stop, and can be told to fail instead.
 class SteppedPlatform final : public ForwardingPlatform,
                               private AVCaptureDevice,
                               private ScreenCaptureAccess,
@@ -24,7 +24,9 @@ class SteppedPlatform final : public ForwardingPlatform,
                               private IOProcs
 {
   public:
-    using Step = std::function<void(const std::string &name)>;
+    /// Is told the name of the step. What it returns, unless it is noErr, is returned in place of taking the step; a
+    /// permission is denied then.
+    using Step = std::function<OSStatus(const std::string &name)>;
 
     SteppedPlatform(Platform &real, Step step) : ForwardingPlatform(real), m_step(std::move(step)) {}
 

@@ -19,7 +19,7 @@ struct DictionaryValue : std::variant<std::string, int, std::vector<Dictionary>>
 };
 
 /// Makes and destroys aggregate devices. The one kind in use wraps a single process tap and gives it an IO cycle.
-/// The device can be seen by other programs from its making to its destruction. Thread: main.
+/// Other programs can see the device until it is destroyed. Thread: main.
 class AggregateDevices
 {
   public:

@@ -7,8 +7,8 @@
 namespace tolvenary
 {
 
-// A list of audio buffers as bytes, as the system hands it through memory of the caller's: a 32-bit count, four bytes
-// of padding, then the AudioBuffer entries.
+// A list of audio buffers as bytes, as the system writes it into the caller's memory: a 32-bit count, four bytes of
+// padding, then the AudioBuffer entries.
 inline constexpr std::size_t audioBufferListHeaderSize = 8;
 
 inline std::size_t audioBufferListSize(std::size_t bufferCount)

@@ -53,7 +53,7 @@ class AudioObjectProperties
                                                     std::uint32_t &outDataSize) = 0;
 
     /// Fills `outData` (ioDataSize bytes of room) and stores the bytes written in `ioDataSize`; on failure both are
-    /// left alone. `qualifier` is empty for all properties but the translations.
+    /// left alone. `qualifier` is empty, except for the translations.
     virtual OSStatus AudioObjectGetPropertyData(AudioObjectID object, const AudioObjectPropertyAddress &address,
                                                 std::span<const std::byte> qualifier, std::uint32_t &ioDataSize,
                                                 void *outData) = 0;

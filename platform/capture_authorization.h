@@ -20,7 +20,7 @@ class AVCaptureDevice
     virtual void authorizationStatusForMediaType(AVMediaType mediaType,
                                                  std::function<void(AVAuthorizationStatus)> completionHandler) = 0;
 
-    /// Shows the system's own question and waits, without blocking, for the user.
+    /// Shows the system's own question and waits for the user without blocking.
     virtual void requestAccessForMediaType(AVMediaType mediaType,
                                            std::function<void(bool granted)> completionHandler) = 0;
 };

@@ -27,13 +27,13 @@ class SCStreamOutput
                                                    SCStreamOutputType type) = 0;
 };
 
-/// Is told what becomes of a stream. Thread: the stream's queue.
+/// Is told when a stream ends. Thread: the stream's queue.
 class SCStreamDelegate
 {
   public:
     virtual ~SCStreamDelegate() = default;
 
-    /// The stream has ended by itself. Called at most once a start, and last; must not destroy the stream.
+    /// The stream has ended by itself. Called at most once per start, as the last call; must not destroy the stream.
     virtual void streamDidStopWithError(SCStream &stream, const Error &error) = 0;
 };
 
@@ -43,9 +43,9 @@ struct SCContentFilter {
     std::optional<std::int32_t> processID;
 };
 
-/// Captures what applications put out and hands it to its outputs, on a queue (a thread) of its own, in the format in
-/// which it is there: that may change from one sample buffer to the next. Outputs and delegate are not kept alive; they
-/// may go at any time.
+/// Captures what applications play and hands it to its outputs, on a queue (a thread) of its own, in whatever format
+/// the sound has: it may change from one sample buffer to the next. Outputs and delegate are not kept alive; they may
+/// go away at any time.
 ///
 /// Thread: main. The handlers are called exactly once each, on the queue, and must not destroy the stream there.
 class SCStream
@@ -53,7 +53,7 @@ class SCStream
   public:
     using CompletionHandler = std::function<void(Result<void> result)>;
 
-    /// Stops. No output and no delegate is being called, or will be.
+    /// Stops. Afterwards no output and no delegate is being called, or will be.
     virtual ~SCStream() = default;
 
     /// Samples of the type go to `output` from now on. A type of which there is nothing to capture is accepted.

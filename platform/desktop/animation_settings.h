@@ -7,12 +7,12 @@
 namespace tolvenary
 {
 
-/// The switch for animations among the desktop's own settings, which holds where no portal speaks for the desktop. A
+/// The switch for animations among the desktop's own settings, which decides where no portal speaks for the desktop. A
 /// desktop without such a switch animates. Thread: main, whose event loop brings the changes.
 class AnimationSettings
 {
   public:
-    /// `changed` is called after the switch was thrown, not before the constructor has returned.
+    /// `changed` is called when the switch has been thrown, never before the constructor has returned.
     explicit AnimationSettings(std::function<void()> changed);
     ~AnimationSettings();
     AnimationSettings(const AnimationSettings &) = delete;

@@ -5,7 +5,7 @@
 namespace tolvenary
 {
 
-/// Under this name the desktop knows the program.
+/// The name under which the desktop knows the program.
 inline QString applicationID()
 {
     return QStringLiteral("com.tolvenary.app");

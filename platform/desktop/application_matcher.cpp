@@ -12,7 +12,7 @@ namespace tolvenary
 namespace
 {
 
-/// How well a process's arguments fit an entry's command, the better the greater; nothing when one that identifies
+/// How well a process's arguments fit an entry's command; greater is better. Nothing when an argument that identifies
 /// the application is missing.
 std::optional<std::tuple<std::ptrdiff_t, std::ptrdiff_t>> fit(const DesktopCommand &command, const Process &process)
 {

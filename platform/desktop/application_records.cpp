@@ -24,7 +24,7 @@ bool contains(const std::vector<std::string> &names, const std::string &name)
     return std::find(names.begin(), names.end(), name) != names.end();
 }
 
-/// Whether a client plays for an application above it: it bears its name, or runs its program.
+/// Whether a client plays for the application that started it: it has its name, or runs its program.
 bool playsFor(const AudioClient &client, const ProcessClaim &process, const ProcessClaim &main)
 {
     const auto &entry = *main.entry;
@@ -37,7 +37,7 @@ bool playsFor(const AudioClient &client, const ProcessClaim &process, const Proc
     });
 }
 
-/// Whether a record of the desktop's applications speaks for this client already.
+/// Whether a record of the desktop's applications already stands for this client.
 bool isListed(const AudioClient &client, const ProcessClaims &claims)
 {
     const auto *process = claims.find(client.processID);

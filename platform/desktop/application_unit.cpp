@@ -29,7 +29,7 @@ std::string unescaped(std::string_view text)
     return result;
 }
 
-/// What is left of a unit's name without its prefix, its random part and its type; empty when it is no application's.
+/// A unit's name without its prefix, its random part and its type; empty when it is not an application's.
 std::string_view launcherAndID(std::string_view unit)
 {
     if (!unit.starts_with(unitPrefix))

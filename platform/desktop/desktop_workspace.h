@@ -7,8 +7,8 @@
 namespace tolvenary
 {
 
-/// The user's wishes as a Linux desktop tells them: through the settings portal, and where there is none through the
-/// desktop's own settings. Takes the session bus of the environment at construction. Thread: main.
+/// The user's preferences as a Linux desktop tells them: through the settings portal or, where there is none, through
+/// the desktop's own settings. Takes the session bus of the environment at construction. Thread: main.
 class DesktopWorkspace final : public NSWorkspace
 {
   public:

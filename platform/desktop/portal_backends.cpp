@@ -20,7 +20,7 @@ using KeyFile = std::unique_ptr<GKeyFile, decltype(&g_key_file_unref)>;
 
 struct Backend {
     std::string busName;
-    std::vector<std::string> desktops; ///< which it was made for, lower case
+    std::vector<std::string> desktops; ///< those that it was made for, lower case
 };
 
 using Backends = std::map<std::string, Backend>;
@@ -75,7 +75,7 @@ Backends backendsOffering(const std::string &interface, const std::vector<std::s
     return backends;
 }
 
-/// The first portals.conf there is, a desktop's own before the common one of the same directory.
+/// The first portals.conf that exists; in a directory, a desktop's own comes before the common one.
 KeyFile readConfiguration(const PortalDirectories &directories)
 {
     for (const auto &directory : directories.configuration) {

@@ -18,10 +18,10 @@ namespace
 
 using namespace std::chrono_literals;
 
-/// So long may the desktop's services keep a user waiting who has pressed Start.
+/// How long the desktop's services may keep a user waiting who has pressed Start.
 constexpr auto statusLimit = 1000ms;
 
-/// Weak, because a question may stay open when the device that put it is gone.
+/// Weak, because a question may stay open when the device that asked it is gone.
 using BusAddress = std::weak_ptr<const QString>;
 
 std::chrono::milliseconds left(const QDeadlineTimer &deadline)
@@ -60,7 +60,7 @@ QCoro::Task<AVAuthorizationStatus> currentStatus(QString busAddress)
     co_return isLockedDown ? AVAuthorizationStatus::restricted : status;
 }
 
-/// Puts the question and keeps the user's answer; true when access is granted.
+/// Asks the user and keeps the answer; true when access is granted.
 QCoro::Task<bool> ask(QString busAddress)
 {
     const auto backend = backendFor("org.freedesktop.impl.portal.Access");

@@ -26,7 +26,7 @@ class PortalCaptureDevice : public AVCaptureDevice
     void requestAccessForMediaType(AVMediaType mediaType, std::function<void(bool granted)> completionHandler) override;
 
   private:
-    std::shared_ptr<const QString> m_busAddress; ///< the only owner: questions under way see by it that we are gone
+    std::shared_ptr<const QString> m_busAddress; ///< the only owner: it tells questions under way that we are gone
     std::vector<std::function<void(bool)>> m_requests;
 };
 

@@ -40,7 +40,7 @@ bool isFalse(const QVariant &value)
     return value.typeId() == QMetaType::Bool && !value.toBool();
 }
 
-// A number in some versions of the portal's back end, its digits in others.
+// Some versions of the portal's back end give a number, others its digits.
 bool isZero(const QVariant &value)
 {
     bool isNumber = false;
@@ -48,7 +48,7 @@ bool isZero(const QVariant &value)
     return isNumber && number == 0;
 }
 
-/// A setting by which a desktop says that its user wants rest.
+/// A setting by which a desktop says that its user wants less motion.
 struct Setting {
     const char *space;
     const char *key;
@@ -114,7 +114,7 @@ QCoro::Task<> PortalMotion::follow(std::shared_ptr<SessionBus> bus)
     if (!co_await bus->greet(answerLimit) || !self)
         co_return;
     m_bus = bus;
-    // Told of changes first and asked second: no change falls between the two.
+    // Subscribes before it asks, so that no change falls between the two.
     QDBusConnection connection = bus->connection();
     connection.connect(QString(), QLatin1String(portalPath), QLatin1String(settingsInterface),
                        QStringLiteral("SettingChanged"), this, SLOT(settingChanged(QDBusMessage)));

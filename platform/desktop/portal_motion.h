@@ -23,14 +23,14 @@ class PortalMotion : public QObject
     Q_MOC_INCLUDE(<QDBusMessage>)
 
   public:
-    /// Asks at once, on the bus of that address. `changed` is called when the answer is there and when it changes, not
-    /// before the constructor has returned.
+    /// Asks at once, on the bus of that address. `changed` is called when the answer is there and when it changes,
+    /// never before the constructor has returned.
     PortalMotion(const QString &busAddress, std::function<void()> changed);
     ~PortalMotion() override;
     PortalMotion(const PortalMotion &) = delete;
     PortalMotion &operator=(const PortalMotion &) = delete;
 
-    /// Whether as little as possible is to move; nothing while no portal has answered.
+    /// Whether as little as possible shall move; nothing while no portal has answered.
     std::optional<bool> isReduced() const;
 
   private:
@@ -41,7 +41,7 @@ class PortalMotion : public QObject
 
     std::function<void()> m_changed;
     std::shared_ptr<SessionBus> m_bus; ///< held for the changes that it brings
-    std::set<QString> m_asking;        ///< keys of the settings that ask for rest
+    std::set<QString> m_asking;        ///< keys of the settings that ask for less motion
     bool m_answered = false;
 };
 

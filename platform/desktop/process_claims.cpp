@@ -35,7 +35,7 @@ void ProcessClaims::claim(ProcessClaim &claim, const ApplicationMatcher &matcher
     const auto *byUnit = claim.unit ? matcher.entryOf(*claim.unit) : nullptr;
     const auto *byProgram = matcher.entryOf(*claim.process);
     const auto *parent = parentOf(claim);
-    // Inside a unit, whatever has an entry of its own was started by the application, as a terminal starts a player.
+    // What has an entry of its own inside a unit was started by the application, as a player from a terminal.
     const bool startedInside = parent && claim.unit && parent->unit == claim.unit;
     claim.entry = byUnit && !(startedInside && byProgram) ? byUnit : byProgram;
     claim.runsItsProgram = claim.entry && claim.entry == byProgram;

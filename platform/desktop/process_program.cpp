@@ -41,7 +41,7 @@ std::vector<std::string> programsOf(const Process &process)
     if (programs.empty() || arguments.size() < 2 || !isInterpreter(programs.front()))
         return programs;
 
-    // Behind -c stands a command, not the name of a script.
+    // After -c comes a command, not the name of a script.
     const auto script = std::find_if(arguments.begin() + 1, arguments.end(),
                                      [](const std::string &argument) { return !argument.starts_with('-'); });
     if (script != arguments.end() && *std::prev(script) != "-c")

@@ -20,7 +20,7 @@ struct Status {
     std::uint32_t user = 0;
 };
 
-// Of a process that ends meanwhile the kernel refuses to read on. The stream keeps that to itself; its buffer, read
+// When the process ends meanwhile, the kernel refuses to read on. The stream only sets its state; its buffer, read
 // directly, would throw.
 std::string contentOf(const fs::path &file)
 {
@@ -39,7 +39,7 @@ std::optional<Status> readStatus(const fs::path &file)
         std::istringstream fields(line);
         std::string key;
         fields >> key;
-        // The first of the four user ids is the real one: whose the process is, whatever it may do.
+        // The first of the four user ids is the real one: the owner, whatever the process may do.
         if ((key == "State:" && fields >> status.state) || (key == "PPid:" && fields >> status.parent) ||
             (key == "Uid:" && fields >> status.user))
             ++found;

@@ -16,13 +16,13 @@ namespace tolvenary
 class RunningApplications : public SCShareableContent
 {
   public:
-    /// `clients` outlives it. Another root than the system's serves tests.
+    /// `clients` outlives it. Tests give another root than the system's.
     explicit RunningApplications(AudioClients &clients, std::filesystem::path proc = "/proc");
 
     /// Waits for the scans that are under way; no handler is called afterwards.
     ~RunningApplications() override;
 
-    /// Neither option changes the list: there is no way to ask Linux desktops in general which windows are shown.
+    /// Neither option changes the list: there is no general way to ask Linux desktops which windows are shown.
     void getShareableContentExcludingDesktopWindows(bool excludeDesktopWindows, bool onScreenWindowsOnly,
                                                     CompletionHandler completionHandler) override;
 

@@ -17,8 +17,9 @@ QString sessionBusAddress();
 
 /// A connection of our own to a message bus, closed with this object. Thread: main.
 ///
-/// Qt's own way to a bus waits for the bus's greeting on the calling thread, for up to 25 s, and ends the program when
-/// the greeting fails. So this connects as to a peer, which waits for nobody, and does the greeting itself.
+/// Qt's own connection to a bus waits for the bus's greeting on the calling thread, for up to 25 s, and ends the
+/// program when the greeting fails. So this connects as if to a peer, which waits for nobody, and does the greeting
+/// itself.
 class SessionBus
 {
   public:
@@ -27,7 +28,7 @@ class SessionBus
     SessionBus(const SessionBus &) = delete;
     SessionBus &operator=(const SessionBus &) = delete;
 
-    /// To be awaited before any call. False when there is no bus, or none that greets us within `limit`.
+    /// Await it before any call. False when there is no bus, or it does not greet us within `limit`.
     QCoro::Task<bool> greet(std::chrono::milliseconds limit);
 
     const QDBusConnection &connection() const { return *m_connection; }

@@ -41,7 +41,7 @@ class XWindowOcclusion::Watch
     void read()
     {
         while (const auto event = next()) {
-            // An error says that the window is not, or no longer, there: then there is nothing to tell.
+            // An error means that the window is not, or no longer, there: then there is nothing to tell.
             if ((event->response_type & ~sentByOthers) != XCB_VISIBILITY_NOTIFY)
                 continue;
             const auto *change = reinterpret_cast<const xcb_visibility_notify_event_t *>(event.get());
@@ -69,7 +69,7 @@ XWindowOcclusion::~XWindowOcclusion() = default;
 void XWindowOcclusion::observeWindowDidChangeOcclusionState(std::uintptr_t window, std::function<void(bool)> observer)
 {
     m_watch.reset();
-    // A Wayland desktop names an X server, too, and starts it for whoever calls; its own windows it merely counts.
+    // A Wayland desktop names an X server, too, and starts it for whoever connects; its own windows have made-up ids.
     const bool isXWindow = QGuiApplication::platformName() == QLatin1String("xcb");
     if (observer && isXWindow)
         m_watch = std::make_unique<Watch>(static_cast<xcb_window_t>(window), std::move(observer));

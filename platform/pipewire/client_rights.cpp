@@ -39,7 +39,7 @@ void ClientRights::told(std::uint32_t count, const pw_permission *permissions)
 {
     ++m_answers;
     for (std::uint32_t i = 0; i < count; ++i) {
-        // The entry for "any object" is what others' streams fall under.
+        // Other clients' streams fall under the entry for "any object".
         if (permissions[i].id == PW_ID_ANY)
             m_mayCapture = (permissions[i].permissions & (PW_PERM_R | PW_PERM_X)) == (PW_PERM_R | PW_PERM_X);
     }

@@ -30,8 +30,8 @@ timespec toTimespec(std::chrono::nanoseconds time)
     return {static_cast<time_t>(seconds.count()), static_cast<long>((time - seconds).count())};
 }
 
-/// Whether all clients have real-time rights. Before PipeWire 1.4 those had them that asked for a configuration of its
-/// own, the name of which now draws a warning.
+/// Whether all clients have real-time rights. Before PipeWire 1.4 a client has them only if it asks for a certain
+/// configuration; since then that name draws a warning.
 bool haveAllRealTimeRights()
 {
     std::pair version{0, 0};
@@ -168,8 +168,8 @@ void Connection::connect()
     wake();
 }
 
-/// The library asks the desktop for real-time rights meanwhile, and where nobody answers it waits for the better part
-/// of a minute: on this thread, without the lock. As this thread's timers stand still, another one looks at the clock.
+/// The library asks the desktop for real-time rights here, and if nobody answers it waits for most of a minute: on this
+/// thread, and so without the lock. This thread's timers stand still meanwhile, so another thread watches the clock.
 void Connection::makeContext()
 {
     PwHandle<pw_context> made;
@@ -207,7 +207,7 @@ void Connection::disconnect()
 
 void Connection::failed(std::uint32_t id, int result, std::string_view message)
 {
-    // The library has given up the socket, whatever the reason was: reset, out of descriptors, not understood.
+    // The library has given up the socket, for whatever reason: reset, out of descriptors, not understood.
     const bool isBroken = result == -EPIPE || message == "connection error";
     if (id == PW_ID_CORE && isBroken)
         lost();
@@ -217,8 +217,8 @@ void Connection::failed(std::uint32_t id, int result, std::string_view message)
 
 void Connection::lost()
 {
-    // The core is in the middle of telling us: it is dropped, and made anew, when it has finished. One that breaks at
-    // once, each time, must not keep this thread and the server busy.
+    // The core is in the middle of telling us, so it is replaced when it has finished. A connection that breaks at once
+    // each time must not keep this thread and the server busy.
     const bool wasBrief = std::chrono::steady_clock::now() - m_connectedAt < retryTime;
     m_responsive = false;
     m_loop->arm(m_loop->connectTimer, wasBrief ? retryTime : std::chrono::nanoseconds(1));
@@ -228,7 +228,7 @@ void Connection::lost()
 void Connection::denied()
 {
     m_observer.accessDenied();
-    // The refusal is an answer too, and the only one that a client without any right will get.
+    // The refusal is an answer, too, and the only one that a client without any right will get.
     finishRoundTrips(true);
 }
 
@@ -284,7 +284,7 @@ void Connection::roundTrip(std::function<void(bool answered)> done)
         return;
     }
     const auto deadline = std::chrono::steady_clock::now() + answerTime;
-    // For the one that has waited longest: who asks again and again must not put off its end.
+    // Runs for the one that was asked first: asking again and again must not put off its end.
     if (m_roundTrips.isEmpty())
         m_loop->arm(m_loop->answerTimer, answerTime);
     m_roundTrips.begin(deadline, std::move(done));

@@ -40,11 +40,11 @@ class Connection
 
     /// Begins to connect; the observer must be ready to be called. Returns at once.
     void open();
-    /// Ends the control thread; the observer's disconnecting() is called if there was a connection. A thread that still
-    /// waits for the desktop, see makeContext(), is waited for: up to a minute, at a quit.
+    /// Ends the control thread; the observer's disconnecting() is called if there was a connection. If that thread
+    /// still waits for the desktop, see makeContext(), this takes up to a minute.
     void close();
 
-    /// Holds the control lock for its life.
+    /// Holds the control lock as long as it lives.
     class Lock
     {
       public:
@@ -61,13 +61,13 @@ class Connection
 
     pw_core *core() const { return m_core.get(); }
 
-    /// Waits, releasing the lock meanwhile, until `condition` holds (it is evaluated under the lock after each thing
-    /// that happens). Gives -ENOTCONN without a server; -ETIMEDOUT at once from a server that has not been answering,
-    /// and after a second in vain, from when on it counts as one. `recheck` is how often to look, for conditions that
+    /// Waits, releasing the lock meanwhile, until `condition` holds (it is evaluated under the lock whenever something
+    /// happens). Gives -ENOTCONN without a server. Gives -ETIMEDOUT after a second in vain; from then on the server
+    /// counts as not answering, and this gives -ETIMEDOUT at once. `recheck` is how often to look, for conditions that
     /// change without a wake(). Never call it on the control thread.
     OSStatus waitUntil(FunctionRef<bool()> condition, std::chrono::nanoseconds recheck = std::chrono::seconds(1));
 
-    /// The same for what is up to others: that it does not happen says nothing about the server.
+    /// The same for what is up to others: if it does not happen, that says nothing about the server.
     OSStatus waitForOthers(FunctionRef<bool()> condition, std::chrono::nanoseconds recheck);
 
     /// Wakes the waiting thread to evaluate its condition again.

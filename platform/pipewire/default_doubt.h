@@ -7,18 +7,18 @@
 namespace tolvenary
 {
 
-/// Whether the default source that we know of may no longer be the one.
+/// Whether the default source that we know of may be out of date.
 ///
-/// While any program begins to read the session's defaults, the server tells changes of them to that program alone, and
-/// to nobody any more once one has died over it. But the session manager also links each recording stream to the new
-/// default: a stream of ours that comes to hear another source tells what we have missed.
+/// While some program begins to read the session's defaults, the server tells changes of them to that program alone,
+/// and if it dies meanwhile, to nobody from then on. But the session manager also links each recording stream to the
+/// new default: when a stream of ours comes to hear another source, we have missed a change.
 ///
 /// Pure logic. Control thread.
 class DefaultDoubt
 {
   public:
-    /// True once for each source that comes to be heard by the stream and is not the default that we know: it may just
-    /// be that the user has moved the stream.
+    /// True once for each source that the stream comes to hear and that is not the default we know. (It may just be
+    /// that the user has moved the stream.)
     bool arises(const Graph &graph, GlobalId stream);
 
   private:

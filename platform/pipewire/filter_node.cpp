@@ -13,14 +13,14 @@ namespace tolvenary
 namespace
 {
 
-// real-time: once, whatever the compiler would rather do.
+// real-time: reads it once, even if the compiler would rather read it twice.
 template <typename T> T readOnce(T &shared)
 {
     return std::atomic_ref(shared).load(std::memory_order_relaxed);
 }
 
-// real-time: the samples of a cycle, or null. A mixer with nothing running behind it hands over a buffer marked empty,
-// and one with a single link the very buffer of whoever plays.
+// real-time: the samples of a cycle, or null. A port's mixer with nothing running behind it hands over a buffer marked
+// empty, and one with a single link the player's own buffer.
 const void *samplesIn(const spa_data &data, std::uint32_t frames)
 {
     if (data.data == nullptr || (readOnce(data.chunk->flags) & SPA_CHUNK_FLAG_EMPTY) != 0)
@@ -40,8 +40,8 @@ const void *takeInput(void *port, std::uint32_t frames)
     return samples;
 }
 
-// real-time: where to write what goes out of a port, or null. The other side has a say in how long the buffers are; one
-// that is too short for the cycle is handed back empty.
+// real-time: where to write what goes out of a port, or null. The other side takes part in choosing the length of the
+// buffers; one that is too short for the cycle is handed back empty.
 void *giveOutput(void *port, std::uint32_t frames)
 {
     pw_buffer *buffer = pw_filter_dequeue_buffer(port);
@@ -142,7 +142,7 @@ bool FilterNode::addPorts()
 
 void FilterNode::release()
 {
-    // Under the hook no event comes any more; destroying the filter waits for the cycle that is running.
+    // Without the hook no event comes any more; destroying the filter waits for the cycle that is running.
     m_hook.reset();
     m_filter.reset();
     m_rate.store(0, std::memory_order_relaxed);
@@ -166,7 +166,7 @@ void FilterNode::setActive(bool active)
 void FilterNode::stateChanged(int state)
 {
     m_hasFailed = m_hasFailed || state == PW_FILTER_STATE_ERROR;
-    // When we let it go ourselves the hook is out: this was somebody else.
+    // When we let it go ourselves, the hook is already out: this was somebody else.
     if (state == PW_FILTER_STATE_UNCONNECTED)
         m_endedAfter = Clock::now() - m_madeAt;
     m_changed();

@@ -36,7 +36,7 @@ struct NodeSpec {
 class Cycle
 {
   public:
-    /// One pointer a port of NodeSpec::ports.
+    /// One pointer for each port of NodeSpec::ports.
     Cycle(std::span<void *const> ports, AudioTimeStamp when, std::uint32_t frames)
         : m_ports(ports), m_when(when), m_frames(frames)
     {
@@ -57,8 +57,8 @@ class Cycle
     std::uint32_t m_frames;
 };
 
-/// One node of ours in the server's graph. It exists while it is realized on a connection, and can be realized anew on
-/// the next one. Under the control lock, but for what is marked.
+/// One node of ours in the server's graph. It exists while it is realized on a connection, and can be realized again on
+/// the next one. Under the control lock, except for what is marked.
 class FilterNode
 {
   public:
@@ -82,7 +82,7 @@ class FilterNode
     /// The server's id of it, once it has one.
     std::optional<GlobalId> nodeId() const;
     bool hasFailed() const { return m_hasFailed; }
-    /// How long it lived, if somebody else has had the server end it.
+    /// How long it lived, if somebody else had the server end it.
     std::optional<Clock::duration> endedAfter() const { return m_endedAfter; }
     void setActive(bool active);
 

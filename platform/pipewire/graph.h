@@ -69,11 +69,11 @@ class Graph
     const GraphNode *node(GlobalId id) const;
     const GraphNode *nodeWithSerial(std::uint64_t serial) const;
     const GraphPort *port(GlobalId id) const;
-    // The newest of that name: after a device came back its predecessor may linger for a moment. A sink and a source
-    // may share a name, as the two ends of a device do that somebody made by hand.
+    // The newest of that name: after a device came back, its predecessor may linger for a moment. A sink and a source
+    // may share a name, as the two ends of a handmade device may.
     const GraphNode *sinkNamed(const std::string &name) const;
     const GraphNode *sourceNamed(const std::string &name) const;
-    /// The sink where there are both.
+    /// The sink if there are both.
     const GraphNode *deviceNamed(const std::string &name) const;
 
     /// The nodes that are devices, in the order in which they came.
@@ -83,7 +83,7 @@ class Graph
 
     /// The node's ports of one direction in their order; monitors are left out.
     std::vector<const GraphPort *> portsOf(GlobalId nodeId, PortDirection direction) const;
-    /// The same of all nodes' outputs, by node: for who asks about many.
+    /// The same for the outputs of all nodes, by node: cheaper when many are asked about.
     std::unordered_map<GlobalId, std::vector<const GraphPort *>> outputPorts() const;
     /// Where sound goes into a device: none for a source, whatever ports it has.
     std::vector<const GraphPort *> playbackPorts(const GraphNode &node) const;

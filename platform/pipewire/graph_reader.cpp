@@ -49,8 +49,8 @@ void readNode(GraphNode &node, const spa_dict *properties)
 
 void readClient(GraphClient &client, const spa_dict *properties)
 {
-    // Behind the pulse server every client's socket belongs to that server; only there is the application's own word
-    // for its process the better one.
+    // The sockets of the pulse server's clients all belong to that server, so the application's own statement is
+    // better there, and only there.
     const bool isPulse = readText(properties, PW_KEY_CLIENT_API) == "pipewire-pulse";
     client.processId = number<std::int32_t>(properties, isPulse ? PW_KEY_APP_PROCESS_ID : PW_KEY_SEC_PID);
     client.applicationName = readText(properties, PW_KEY_APP_NAME);

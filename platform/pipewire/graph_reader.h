@@ -7,7 +7,7 @@ struct spa_dict;
 namespace tolvenary
 {
 
-// Reads what the server, and through it any program, says of its objects. Nothing of it need be there, or make sense:
+// Reads what the server, and through it any program, says of its objects. Any of it may be missing or make no sense:
 // what cannot be read is empty, 0 or none. `properties` may be null. Thread: any.
 
 std::string readText(const spa_dict *properties, const char *key);

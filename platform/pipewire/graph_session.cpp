@@ -64,8 +64,8 @@ void GraphSession::disconnecting()
 
 void GraphSession::accessDenied()
 {
-    // Links and binds are refused one by one, too; what counts as a denial is a client that may not even be told its
-    // own rights.
+    // Single links and binds may be refused as well. We are denied the sound of others if we may not even learn our own
+    // rights.
     if (m_rights && m_rights->answers() == 0)
         m_isDenied = true;
 }
@@ -123,7 +123,7 @@ void GraphSession::letGo(std::optional<GlobalId> id, std::shared_ptr<void> ours)
     // As if the connection ended: the links go with the node, and nothing more is sent to it.
     if (id && m_registry)
         m_registry->destroy(*id);
-    // What has been sent carries descriptors, and the library loses them when it finds our half gone.
+    // What has been sent carries descriptors, which the library leaks when it finds our half gone.
     const void *const half = ours.get();
     m_leaving.push_back(std::move(ours));
     m_connection.roundTrip(
@@ -176,7 +176,7 @@ std::optional<std::set<GlobalId>> GraphSession::unfinished() const
 
 void GraphSession::tick()
 {
-    // The output's cycles are read last: whoever delays us in between must not make it look as if it alone stood still.
+    // The output's cycles are read last, so that a delay in between does not make it look as if it alone stood still.
     StallWatch::Progress progress;
     progress.probe = m_nodes.cyclesOf<ProbeRole>();
     progress.isTrialLinked = isTrialLinked();
@@ -188,7 +188,7 @@ void GraphSession::tick()
     const bool hasNewVerdict = m_watch.tick(progress, m_tappedStreams, now()) != before;
     const bool wasHeld = isMicrophoneHeld();
     m_nodes.watchForHungMicrophone(awaitedNodes(), now());
-    // That the new microphone is heard the real-time thread may not tell: looked for here.
+    // The real-time thread may not tell that the new microphone is heard, so we look for it here.
     const bool hasLinkToRemake = m_linker != nullptr && m_linker->hasLinkToRemake(now());
     if (hasNewVerdict || m_nodes.isChangingMicrophone() || isMicrophoneHeld() != wasHeld || hasLinkToRemake)
         update();
@@ -210,7 +210,7 @@ OSStatus GraphSession::waitUntilThere(const FilterNode &node)
     return status == noErr && node.hasFailed() ? -EIO : status;
 }
 
-// -EAGAIN while one is not there, -EINPROGRESS while the ends of one have still to agree on what to exchange.
+// -EAGAIN while a link is missing, -EINPROGRESS while the ends of one have still to agree on a format.
 OSStatus GraphSession::linkStatus(const FilterNode &output) const
 {
     const GlobalId id = output.nodeId().value_or(PW_ID_ANY);
@@ -254,7 +254,7 @@ bool GraphSession::isCarrying(const GraphLink &link) const
 
 void GraphSession::waitUntilRunning(const FilterNode &node)
 {
-    // The cycles run on the real-time thread, which must not wake us: look by ourselves.
+    // The real-time thread, on which the cycles run, must not wake us, so we keep looking.
     m_connection.waitForOthers([&] { return node.hasFailed() || node.observedRate() > 0; },
                                std::chrono::milliseconds(2));
 }

@@ -17,7 +17,7 @@
 namespace tolvenary
 {
 
-/// Wants to know what becomes of the graph. Called under the control lock.
+/// Is told of changes of the graph. Called under the control lock.
 class GraphWatcher
 {
   public:
@@ -25,12 +25,12 @@ class GraphWatcher
 
     /// Something has changed, on the server's side or ours; links are planned next.
     virtual void graphChanged() = 0;
-    /// The connection has ended, and with it our nodes; they will be made anew on the next one.
+    /// The connection has ended, and with it our nodes; they will be made again on the next one.
     virtual void serverLost() = 0;
 };
 
-/// Our part of the server's graph: the nodes that we want to be there and their links. Says what shall be; whenever
-/// something changes, on our side or the server's, it makes it so, also after the server has been restarted.
+/// Our part of the server's graph: the nodes that shall be there, and their links. Whenever something changes, on our
+/// side or the server's, it makes and ends links accordingly, also after the server has been restarted.
 class GraphSession final : private Connection::Observer
 {
   public:
@@ -53,8 +53,8 @@ class GraphSession final : private Connection::Observer
     void add(FilterNode &node, NodeRole role);
     /// Takes a node whose gate is closed out of the graph, and lets it go.
     void retire(std::unique_ptr<FilterNode> node);
-    /// Has the server end the node of that id, if it has one yet, and keeps our half of it until all has arrived that
-    /// the server had sent to it. Nobody waits, so that several nodes leave together.
+    /// Has the server end the node of that id, if it has one yet, and keeps our half of it until everything has arrived
+    /// that the server had sent to it. Nobody waits, so that several nodes leave together.
     void letGo(std::optional<GlobalId> id, std::shared_ptr<void> ours);
 
     void addWatcher(GraphWatcher &watcher) { m_watchers.insert(&watcher); }
@@ -72,14 +72,14 @@ class GraphSession final : private Connection::Observer
 
     /// The source that is our microphone now; null without one.
     const GraphNode *microphone() const { return microphoneOf(m_graph, wishes()); }
-    /// For when a change of the default source may have been missed.
+    /// Call it when a change of the default source may have been missed.
     void readDefaultsAnew();
-    /// Whether it hangs, and so is not linked for now.
+    /// Whether the microphone hangs, and so is not linked for now.
     bool isMicrophoneHeld() const { return m_nodes.isMicrophoneHeld(); }
-    /// The graph's rate: as our nodes see it, else as it is configured.
+    /// The graph's rate: as our nodes see it, or before that as it is configured.
     std::uint32_t rate() const;
 
-    /// Whether the server denies us other clients' sound; asks it, and waits for the answer if it is one that answers.
+    /// Whether the server denies us other clients' sound. Asks it, and waits for the answer unless it hangs.
     bool isCaptureDenied();
 
     AudioObjectID deviceId(const GraphNode &device) { return m_ids.ofDevice(device.name); }
@@ -117,7 +117,7 @@ class GraphSession final : private Connection::Observer
     std::unique_ptr<Linker> m_linker;
     std::unique_ptr<ClientRights> m_rights;
     bool m_isDenied = false;
-    std::set<GlobalId> m_tappedStreams; ///< as of the last update: to sort out the graph at each tick would cost
+    std::set<GlobalId> m_tappedStreams; ///< as of the last update, for finding them at each tick would be costly
     StallWatch m_watch;
     Connection m_connection; // declared last: its thread calls back into all of the above
 };

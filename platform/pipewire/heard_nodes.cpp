@@ -19,7 +19,7 @@ bool isTapped(const Graph &graph, const SoundPaths &paths, const GraphNode &node
         return false;
     if (process && wish.excludedProcesses.contains(*process))
         return false;
-    // A loopback plays the device's sound from the moment on in which it is linked to it: too late to begin to ask.
+    // A loopback plays the device's sound from the moment in which it is linked to it; to ask then would be too late.
     if (!node.isWhole || paths.isIdleLoopback(node))
         return false;
     // What has passed through a sink was captured where it went in; a second time would be an echo, and what plays our

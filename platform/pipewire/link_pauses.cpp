@@ -8,7 +8,7 @@ namespace tolvenary
 namespace
 {
 
-/// Who lets it stand for so long does not fight it.
+/// Whoever leaves a link alone for so long does not fight it.
 constexpr LinkPauses::Time peace{30};
 
 } // namespace

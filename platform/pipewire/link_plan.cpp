@@ -75,8 +75,8 @@ Ports portsOfSet(const Graph &graph, GlobalId nodeId, std::size_t set)
     return ports;
 }
 
-// The node keeps the channels that it was made with when the user changes to another source: a mono source is heard on
-// all of them, of a wider one the first.
+// When the user changes to another source, the node keeps the channels that it was made with: a mono source is heard on
+// all of them, and of a source with more channels the first ones are.
 void planSource(Links &links, const Ports &from, const Ports &into)
 {
     for (std::size_t i = 0; i < into.size(); ++i) {
@@ -136,8 +136,8 @@ std::array<const char *, 2> foldDown(const GraphPort &port, std::size_t place, s
     return {place % 2 == 0 ? port_names::left : port_names::right, nullptr};
 }
 
-// Which of the ports of one side a stream goes into: always the same, so that nobody is relinked when others come and
-// go.
+// Which of the ports of one side a stream goes into. It depends on the stream alone, so that nobody is relinked when
+// others come and go.
 std::size_t bankOf(const GraphNode &stream)
 {
     constexpr std::uint64_t scatter =

@@ -15,8 +15,8 @@ struct OutputWish {
 struct InputWish {
     GlobalId nodeId = 0;
     bool isInOrder = true; ///< the output waits for it in each cycle
-    std::size_t set = 0;   ///< of its ports, for the microphone
-    /// Serial of the microphone of before, still heard at the other set; its id may be another's when it has gone.
+    std::size_t set = 0;   ///< of its ports, into which the microphone goes
+    /// Serial of the previous microphone, still heard at the other set. (When it has gone, its id may be another's.)
     std::optional<std::uint64_t> leaving = std::nullopt;
     bool isMicrophoneHeld = false; ///< not to be linked for now
 };

@@ -56,8 +56,8 @@ void Linker::Owned::listen()
     pw_proxy_add_object_listener(proxy.get(), linkHook.get(), &linkEvents, this);
 }
 
-// Where somebody else has made the same link, as a user does who puts back by hand what he took away by mistake, that
-// one does as well; ours is asked for again in case that it goes.
+// If somebody else has made the same link, such as a user who puts back by hand what was taken away by mistake, that
+// one will do; ours is asked for again in case that it goes.
 void Linker::Owned::refused(int result)
 {
     isAwaited = false;
@@ -71,7 +71,7 @@ void Linker::Owned::refused(int result)
 void Linker::Owned::stateChanged(pw_link_state state)
 {
     isAwaited = state >= PW_LINK_STATE_INIT && state < PW_LINK_STATE_PAUSED;
-    // One that failed may yet come to be, as when the other side offers another format.
+    // A link that failed may still succeed, when the other side offers another format.
     isLost = state == PW_LINK_STATE_ERROR;
     if (state != PW_LINK_STATE_ERROR)
         status = noErr;
@@ -81,7 +81,7 @@ void Linker::Owned::stateChanged(pw_link_state state)
         linker.m_changed();
 }
 
-// By somebody else; also when one of its ports has gone, of which the registry may tell a little later. One that could
+// By somebody else, or because one of its ports has gone, which the registry may tell a little later. A link that could
 // not be made in the first place is removed, too, and would fail again.
 void Linker::Owned::removed()
 {

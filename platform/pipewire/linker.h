@@ -24,22 +24,23 @@ class Linker
     Linker(const Linker &) = delete;
     Linker &operator=(const Linker &) = delete;
 
-    /// What has been lost is made again when its pause is over.
+    /// A link that has been lost is made again when its pause is over.
     void setWanted(const std::set<GraphLink> &wanted, LinkPauses::Time now);
-    /// Whether one is, so that setWanted() would make it.
+    /// Whether there is one whose pause is over, so that setWanted() would make it.
     bool hasLinkToRemake(LinkPauses::Time now) const { return m_pauses.isAnyOver(now); }
 
-    /// Lets go of the port's links, at once when it has gone: its id may be another port's before anybody plans anew,
-    /// and the link of before must not be taken for that one's.
+    /// Lets go of the port's links. Call it as soon as the port has gone: its id may become another port's before links
+    /// are planned again, and the old link must not be taken for that one's.
     void forgetPort(GlobalId port);
 
     /// Input ports of links that were asked for and are not made yet: their programs, or the server, have still to
     /// agree.
     std::set<GlobalId> awaitedInputs() const;
 
-    /// Why nothing passes the link; -EINPROGRESS while its ends have still to agree, noErr when they have, or for one
-    /// that is not ours. One that the server refused is not tried again until it has not been wanted for once, as
-    /// when one of its ports has gone; but one that was there already, somebody else's, is, when that may have gone.
+    /// Why nothing passes the link; -EINPROGRESS while its ends have still to agree, noErr when they have, or for a
+    /// link that is not ours. A link that the server refused is not tried again as long as it is wanted, which it is
+    /// not any more when one of its ports has gone; unless it was refused because somebody else had made it already:
+    /// then it is tried again when that one may have gone.
     OSStatus statusOf(const GraphLink &link) const;
 
   private:

@@ -11,10 +11,10 @@ namespace tolvenary
 /// Lets one microphone take over from another without a break.
 ///
 /// Our node has its input ports twice. The microphone that becomes the default is linked to the set that is free, and
-/// the one before stays linked to the other until the new one has been heard: a link takes some cycles to carry sound,
-/// and a sleeping source more. One that is not heard in time is not waited for, the user wants the other gone.
+/// the old one stays linked to the other until the new one has been heard: a link takes some cycles to carry sound, and
+/// a sleeping source takes more. If the new one is not heard in time, the old one goes all the same, as the user wants.
 ///
-/// Pure logic: fed with what is, answers with what shall be linked. Control thread.
+/// Pure logic: fed with the present state, answers with what shall be linked. Control thread.
 class MicrophoneChange
 {
   public:
@@ -26,7 +26,7 @@ class MicrophoneChange
 
     /// The set of ports for the microphone of now.
     std::size_t set() const { return m_set; }
-    /// Who stays linked to the other set for now.
+    /// The microphone that stays linked to the other set for now.
     std::optional<std::uint64_t> leaving() const { return m_leaving; }
 
   private:

@@ -11,17 +11,17 @@ namespace tolvenary
 /// Keeps a microphone that hangs from silencing the applications.
 ///
 /// The server makes links one after the other, and each waits until the programs at its ends have agreed on a format.
-/// One that hangs never answers, and all that is to be linked after its microphone, the applications and the order of
-/// the nodes, waits with it. So a microphone that is not linked within two seconds is held back, which lets the others
-/// pass, and tried again, with pauses that grow while it does not go on: each try may hold up what comes meanwhile.
+/// A program that hangs never answers, and whatever is to be linked after its microphone, the applications and the
+/// order of the nodes, waits with it. So a microphone that is not linked within two seconds is held back, which lets
+/// the others pass, and tried again after pauses that grow, because each attempt may hold up new links.
 ///
-/// Pure logic: fed with what is, answers whether to hold. Control thread.
+/// Pure logic: fed with the present state, answers whether to hold. Control thread.
 class MicrophoneHold
 {
   public:
     using Time = GrowingPause::Time;
 
-    /// `microphone` is the serial of the node that shall be heard; another is not held for what the one before did.
+    /// `microphone` is the serial of the node that shall be heard; a new one is not held for what the old one did.
     void follow(std::optional<std::uint64_t> microphone);
 
     /// From time to time. `isAwaited`: a link to us has been asked for and is not made, though the server answers.

@@ -18,7 +18,7 @@ class MicrophonePorts
 
     std::vector<PortSpec> specs() const;
 
-    /// Shall be heard from the cycle on in which sound comes in there. Thread: control.
+    /// The set to be heard from the first cycle in which sound comes in there. Thread: control.
     void setWanted(std::size_t set) { m_wanted.store(set, std::memory_order_relaxed); }
     /// Thread: any.
     std::size_t heardSet() const { return m_heard.load(std::memory_order_relaxed); }

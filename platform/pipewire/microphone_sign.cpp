@@ -12,7 +12,7 @@ namespace tolvenary
 namespace
 {
 
-/// Where a sign is ended sooner than that, somebody wants none, and would end the next one, too.
+/// If a sign is ended sooner than that, somebody wants none, and would end the next one, too.
 constexpr auto shortestLife = std::chrono::seconds(1);
 
 pw_properties *properties(const GraphSession &session)
@@ -26,7 +26,7 @@ pw_properties *properties(const GraphSession &session)
 
 } // namespace
 
-// Apart from the sign, because it stays for a moment after it.
+// Apart from the sign, because it outlives it for a moment.
 struct MicrophoneSign::Recording {
     Recording(GraphSession &owner, pw_stream *made) : session(owner), stream(made)
     {
@@ -80,7 +80,7 @@ MicrophoneSign::~MicrophoneSign()
     hide();
 }
 
-// It is linked to a microphone that hangs as we are, and would hold up others as we would.
+// Like our node it is linked to a microphone that hangs, and would hold up others.
 void MicrophoneSign::graphChanged()
 {
     if (m_session.isMicrophoneHeld())
@@ -91,7 +91,7 @@ void MicrophoneSign::graphChanged()
         m_session.readDefaultsAnew();
 }
 
-/// Also where somebody has ended it, as some mixers let one do: the microphone is still in use.
+/// Also when somebody has ended it, as some mixers allow: the microphone is still in use.
 void MicrophoneSign::showAgain()
 {
     if (m_recording && m_recording->nodeId()) {
@@ -119,7 +119,7 @@ void MicrophoneSign::hide()
     m_doubt = {};
 }
 
-/// On each connection anew, as all our nodes. One that fails is not tried again: the mix does without.
+/// Made on each connection, like all our nodes. If it fails, it is not tried again: the mix does without.
 void MicrophoneSign::show()
 {
     pw_core *core = m_session.connection().core();

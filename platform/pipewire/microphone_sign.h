@@ -8,10 +8,10 @@ namespace tolvenary
 
 /// Shows the desktop that the microphone is in use, for as long as it lives.
 ///
-/// What mixers and privacy indicators list are recording streams, with a format of their own; our microphone node,
-/// which has to be a filter for its place in the cycle, is none. So a stream is recorded beside it and thrown away:
-/// nobody waits for it, and the session manager links it to the default source as any program's. By that it also shows
-/// us a change of the default that we were not told of. Not the control thread.
+/// Mixers and privacy indicators list recording streams, with a format of their own. Our microphone node is none,
+/// because only a filter can have its place in the cycle. So a stream beside it records, and throws away what it hears.
+/// Nobody waits for it, and the session manager links it to the default source like any program's; so it also shows us
+/// a change of the default that we were not told of. Not on the control thread.
 class MicrophoneSign final : private GraphWatcher
 {
   public:

@@ -10,8 +10,8 @@
 namespace tolvenary
 {
 
-/// Gives every object a number that is never given to another one. The server's own ids are reused when an object has
-/// gone, and its serials begin anew when it restarts; a device keeps its number over both, by its name.
+/// Gives every object a number that is never given to another one. The server reuses its ids when an object has gone,
+/// and its serials begin again when it restarts; a device keeps its number through both, by its name.
 class ObjectIds
 {
   public:

@@ -96,7 +96,7 @@ void OwnNodes::followMicrophone(std::optional<std::uint64_t> microphone, Time no
         if (input == nullptr)
             continue;
         input->hold.follow(microphone);
-        // Who comes after one that is held has nobody to take over from.
+        // While one is held, there is nobody to take over from.
         input->change.observe(input->hold.isHolding() ? std::nullopt : microphone, input->ports->heardSet(), now);
         input->ports->setWanted(input->change.set());
     }

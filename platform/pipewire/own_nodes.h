@@ -26,12 +26,12 @@ struct InputRole {
 struct TapRole {
     std::set<std::int32_t> excludedProcesses;
 };
-/// Hears applications as a tap does, but hands on what it hears aside of the cycles: nobody waits for it.
+/// Hears applications as a tap does, but hands on what it hears outside of the cycle: nobody waits for it.
 struct StreamRole {
     std::optional<std::int32_t> onlyProcess; ///< none: all but the excluded
     std::set<std::int32_t> excludedProcesses;
 };
-/// A stream that hung is tried on it: nobody waits for it, and it is heard nowhere.
+/// A stream that hung is tried on it: nobody waits for it or hears it.
 struct ProbeRole {
 };
 using NodeRole = std::variant<OutputRole, InputRole, TapRole, StreamRole, ProbeRole>;
@@ -47,7 +47,7 @@ class OwnNodes
 
     /// Makes them all in the server's graph.
     void realize(pw_core *core);
-    /// Makes those anew that somebody else has had the server end, unless it would only be done again.
+    /// Makes those again that somebody else had the server end, unless they would only be ended again.
     void remakeEnded(pw_core *core);
     /// The connection ends, and all that was known of the microphone with it.
     void release();

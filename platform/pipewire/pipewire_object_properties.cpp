@@ -51,7 +51,7 @@ OSStatus PipeWireObjectProperties::AudioObjectGetPropertyData(AudioObjectID obje
         ioDataSize = sizeof(StringReference);
         return noErr;
     }
-    // A list may have grown since its size was asked: as much as there is room for.
+    // A list may have grown since its size was asked for: give as much as there is room for.
     ioDataSize = std::min(ioDataSize, static_cast<std::uint32_t>(value.bytes.size()));
     std::copy_n(value.bytes.begin(), ioDataSize, static_cast<std::byte *>(outData));
     return noErr;

@@ -8,8 +8,8 @@
 namespace tolvenary
 {
 
-/// Our playback node. It is in the graph from the binding to a device on, silent until it is started; it stays bound to
-/// the device's name while that goes away and comes back, and plays nowhere else.
+/// Our playback node. It is in the graph as soon as it is bound to a device, silent until it is started; it stays bound
+/// to the device's name while that goes away and comes back, and plays nowhere else.
 class PipeWireOutputUnit final : public AudioOutputUnit
 {
   public:

@@ -12,7 +12,7 @@ OSStatus PipeWireProcessTaps::AudioHardwareCreateProcessTap(const CATapDescripti
     const Connection::Lock lock(m_session.connection());
     if (!m_session.connection().isResponsive())
         return -ENOTCONN;
-    // Remembered as processes, not as their objects: those are made anew when the server restarts.
+    // Remembered as processes, not as objects, which are others when the server has restarted.
     Tap tap{description.uuid, {}};
     for (const AudioObjectID process : description.stereoGlobalTapButExcludeProcesses) {
         if (const GraphClient *client = m_session.client(process); client != nullptr && client->processId)

@@ -15,7 +15,7 @@ namespace
 
 using std::chrono::nanoseconds;
 
-/// Between two looks for samples, as long as none have come.
+/// The time between two looks for samples, until the first have come.
 constexpr nanoseconds longestPause = std::chrono::milliseconds(5);
 constexpr nanoseconds shortestPause = std::chrono::microseconds(500);
 
@@ -33,7 +33,7 @@ NodeSpec streamNode(const GraphSession &session)
     return {"com.tolvenary.stream", "Tolvenary stream", session.group(), "Capture", StereoFoldDown::ports()};
 }
 
-/// A quarter of a cycle: what it brought is then on its way well before the next one.
+/// A quarter of a cycle: what it brought is handed on well before the next one.
 nanoseconds pauseFor(const Cycle &cycle)
 {
     const auto length = nanoseconds(std::chrono::seconds(1)) * cycle.frames() / std::max(cycle.when().mRate, 1U);
@@ -95,7 +95,7 @@ Result<void> PipeWireStream::stop()
 
 OSStatus PipeWireStream::makeNode()
 {
-    // Held from before the node is there, so that nothing that becomes of it is missed.
+    // The lock is taken before the node is there, so that nothing that happens to it is missed.
     const Connection::Lock lock(m_session.connection());
     m_ending.store(noErr);
     m_node = std::make_unique<SessionNode>(m_session, streamNode(m_session),
@@ -126,7 +126,7 @@ std::optional<nanoseconds> PipeWireStream::look()
         endWithError();
         return std::nullopt;
     }
-    // No more than there are now, so that a stop is heard also by who is slower than the sound.
+    // No more than there are now, so that a stop gets its turn even if the outputs are slower than the sound.
     for (std::size_t count = m_samples.size(); count > 0; --count)
         deliver(PipeWireSampleBuffer(m_samples.pop()));
     return m_pause.load();
@@ -135,7 +135,7 @@ std::optional<nanoseconds> PipeWireStream::look()
 void PipeWireStream::deliver(const CMSampleBuffer &sampleBuffer)
 {
     for (const Output &output : m_outputs) {
-        // There are no pictures and no microphone in what a node hears.
+        // What a node hears has no pictures and no microphone in it.
         const auto target = output.type == SCStreamOutputType::audio ? output.target.lock() : nullptr;
         if (target != nullptr)
             target->streamDidOutputSampleBufferOfType(*this, sampleBuffer, output.type);
@@ -151,8 +151,8 @@ void PipeWireStream::endWithError()
         delegate->streamDidStopWithError(*this, Error{NSOSStatusErrorDomain, status, text});
 }
 
-/// The server has brought all streams to its own rate and sample type; what is left of their formats is whether there
-/// is more than one channel.
+/// The server has converted all streams to its own rate and sample type; of their formats only the question remains
+/// whether there is more than one channel.
 void PipeWireStream::graphChanged()
 {
     if (m_node->node().hasFailed())

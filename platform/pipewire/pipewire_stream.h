@@ -12,7 +12,7 @@ namespace tolvenary
 {
 
 /// A node of ours that hears what one process plays, or all but this one, and a queue that hands it to the outputs. It
-/// ends with the server's going away: unlike a tap's device it is not made anew.
+/// ends when the server goes away: unlike a tap's device it is not made again.
 class PipeWireStream final : public SCStream, private GraphWatcher
 {
   public:

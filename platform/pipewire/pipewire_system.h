@@ -15,8 +15,8 @@ class ProcessTaps;
 class SCStreams;
 class ScreenCaptureAccess;
 
-/// What PipeWire contributes to the platform. Construction begins to connect and returns at once; a server that is
-/// absent, or goes away, is looked for again until it is there. Thread: main.
+/// What PipeWire contributes to the platform. The constructor begins to connect and returns at once; while the server
+/// is absent it is looked for again and again. Thread: main.
 class PipeWireSystem
 {
   public:

@@ -20,7 +20,7 @@ namespace tolvenary
 class Registry
 {
   public:
-    /// `changed` is called after each change of the graph, `removed` before it where that is an object's going.
+    /// `changed` is called after each change of the graph, `removed` before an object leaves it.
     Registry(pw_core *core, Graph &graph, std::function<void()> changed, std::function<void(GlobalId)> removed);
     ~Registry();
     Registry(const Registry &) = delete;
@@ -28,8 +28,8 @@ class Registry
 
     /// Asks the server to end the object.
     void destroy(GlobalId id);
-    /// Has the session's defaults told once more, for when their changes did not reach us. Until the session manager
-    /// has answered, the server reads nothing that we send.
+    /// Asks for the session's defaults once more, in case that a change did not reach us. Until the session manager has
+    /// answered, the server reads nothing that we send.
     void readDefaultsAnew();
 
     /// While it is wanted, the server tells of each cycle, at some cost.

@@ -18,7 +18,7 @@ void SampleQueue::push(ConstPlanarBlock sound, double rate)
     if (!format)
         return;
     for (std::uint32_t start = 0; start < sound.frames; start += blockFrames) {
-        // All of a slot, whatever goes into it: so the channels lie where they are aligned.
+        // The whole slot, however much goes into it, so that each channel is aligned.
         AVAudioPCMBufferPtr block = m_pool->make(*format, blockFrames);
         if (block == nullptr)
             return;

@@ -15,7 +15,7 @@ struct SampleBlock {
 };
 
 /// Brings sound from the real-time thread to another one. Neither waits for the other: the reader looks from time to
-/// time, because to wake it would be a system call, and what the reader leaves lying for too long is dropped.
+/// time, because waking it would be a system call, and what the reader leaves for too long is dropped.
 class SampleQueue
 {
   public:

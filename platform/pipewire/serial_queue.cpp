@@ -47,7 +47,7 @@ void SerialQueue::run()
 void SerialQueue::runTasks(std::unique_lock<std::mutex> &lock)
 {
     while (!m_tasks.empty()) {
-        // Also what a task holds is let go of outside of the lock.
+        // What a task holds is released outside of the lock, too.
         std::optional task(std::move(m_tasks.front()));
         m_tasks.pop_front();
         lock.unlock();

@@ -15,7 +15,7 @@ namespace tolvenary
 class SerialQueue
 {
   public:
-    /// Answers how long to wait until the next look; with none the next one is after the next task.
+    /// Returns how long to wait until the next look; with none, the next one is after the next task.
     using Look = std::function<std::optional<std::chrono::nanoseconds>()>;
 
     explicit SerialQueue(Look look);

@@ -50,8 +50,8 @@ void SoundPaths::addUpstream(const GraphNode &node, Ids &found, std::unordered_s
     add(feedersInGroup(node));
 }
 
-// A loopback hands on everything, whatever its two ends call themselves. One with four ends, as an echo canceller has
-// them, is two in one: its source is what it captures, and what its sink takes, as a reference, it plays.
+// A loopback hands on everything, whatever its two ends call themselves. One with four ends, such as an echo canceller,
+// is two in one: its source gives what it captures, and it plays what its sink takes as a reference.
 SoundPaths::Ids SoundPaths::feedersInGroup(const GraphNode &node) const
 {
     const auto group = m_groups.find(node.linkGroup);

@@ -13,7 +13,7 @@ namespace
 
 constexpr std::size_t banks = port_names::lefts.size();
 
-/// Behind them left and right in turns, once for each further bank.
+/// After these come left and right of each further bank.
 enum Input : std::size_t {
     frontLeft,
     frontRight,

@@ -8,8 +8,8 @@
 namespace tolvenary
 {
 
-/// Makes left and right of what came in at a tap's ports: left and right as they are, centre to both and surrounds to
-/// their side at -3 dB (ITU-R BS.775). The server has already added up the streams at each port.
+/// Makes left and right of what came in at a tap's ports: left and right as they are, the centre to both and each
+/// surround to its side at -3 dB (ITU-R BS.775). The server has already added up the streams at each port.
 class StereoFoldDown
 {
   public:
@@ -25,7 +25,7 @@ class StereoFoldDown
   private:
     const float *side(const Cycle &cycle, std::size_t front, std::size_t surround, std::vector<float> &mix) const;
 
-    /// What is in either, as a whole in one of them where the other is null; null where both are.
+    /// a + gain × b, where null is silence; null if both are.
     const float *sum(const float *a, const float *b, float gain, std::uint32_t frames, std::vector<float> &mix) const;
 
     std::vector<float> m_silence;

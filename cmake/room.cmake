@@ -1,11 +1,11 @@
-# The rules every target keeps: warnings are errors, unless told otherwise, and the sanitizers asked for.
+# The rules that every target keeps: warnings are errors unless told otherwise, and the sanitizers asked for are on.
 add_library(tolvenary_rules INTERFACE)
 target_compile_options(
   tolvenary_rules INTERFACE -Wall -Wextra -Wpedantic -Wconversion $<$<BOOL:${TOLVENARY_WERROR}>:-Werror>
 )
 # Qt's lower-case macros get in the way of other libraries' headers (GLib has a field "signals").
 target_compile_definitions(tolvenary_rules INTERFACE QT_NO_KEYWORDS)
-# Sources that are compiled together keep what is private to one of them all the same.
+# This warning takes sources that are compiled together for headers; what is private to one of them stays so all the same.
 target_compile_options(
   tolvenary_rules INTERFACE $<$<AND:$<CXX_COMPILER_ID:GNU>,$<BOOL:$<TARGET_PROPERTY:UNITY_BUILD>>>:-Wno-subobject-linkage>
 )

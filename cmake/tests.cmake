@@ -1,12 +1,12 @@
 include(GoogleTest)
 
-# What the sanitizer presets need: every test program that runs without a server or a window, and those with a server.
+# For the sanitizer presets: all test programs that need neither server nor window, and those that need a server.
 add_custom_target(unit_tests)
 add_custom_target(session_tests)
 
 # tolvenary_test(NAME LABEL unit|session|window SOURCES ... LINKS ... [TIMEOUT seconds] [ENVIRONMENT VARIABLE=VALUE]
-# [WHOLE]): one test program, each of its tests known to CTest under the label; or all as one, where they share what takes
-# seconds to set up.
+# [WHOLE]): one test program. CTest knows each of its tests under the label, or the WHOLE as one, if the tests share
+# something that takes seconds to set up.
 function(tolvenary_test name)
   cmake_parse_arguments(test "WHOLE" "LABEL;TIMEOUT;ENVIRONMENT" "SOURCES;LINKS" ${ARGN})
   if(NOT test_TIMEOUT)
@@ -15,7 +15,7 @@ function(tolvenary_test name)
   add_executable(${name} ${test_SOURCES})
   target_link_libraries(${name} PRIVATE ${test_LINKS} GTest::gmock GTest::gtest GTest::gtest_main tolvenary_rules)
   target_compile_options(${name} PRIVATE $<$<CONFIG:RelWithDebInfo>:-O1 -g1>)
-  # What hears or sees works alone: it would measure its neighbours.
+  # Tests that hear or see run alone: they would measure their neighbours.
   set(serial TRUE)
   if(NOT test_LABEL STREQUAL "window")
     add_dependencies(${test_LABEL}_tests ${name})

@@ -3,7 +3,7 @@
 set -euo pipefail
 CDPATH='' cd -- "$(dirname "${BASH_SOURCE[0]}")/../.."
 
-# A cache of compiled objects, where there is one, is worth minutes in every script.
+# A cache of compiled objects, if there is one, saves minutes in every script.
 if command -v ccache >/dev/null; then
     export CMAKE_CXX_COMPILER_LAUNCHER="${CMAKE_CXX_COMPILER_LAUNCHER-ccache}"
 fi
@@ -12,15 +12,15 @@ say() {
     printf '\n== %s\n' "$*"
 }
 
-# build PRESET [TARGET...]: configures and builds without a word, unless something is wrong. Two at once take turns: ninja
-# does not see to it.
+# build PRESET [TARGET...]: configures and builds silently, unless something is wrong. Two at once take turns, which ninja
+# does not ensure.
 build() {
     local preset=$1 log
     shift
     mkdir -p build
     log="build/$preset.log"
     say "build $preset ${*:-everything}"
-    # Not "if ! { … }": bash takes a log that cannot be written for success there.
+    # Not "if ! { … }": there bash would take a log that cannot be written for success.
     {
         flock 9 &&
             { cmake --preset "$preset" && cmake --build --preset "$preset" ${1:+--target "$@"}; } >"$log" 2>&1

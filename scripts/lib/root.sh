@@ -1,12 +1,12 @@
 # shellcheck shell=bash
-# Clean systems of a Debian release, to build and to try things in. Sourced after project.sh.
+# Clean systems of a Debian release, for building and trying things. Sourced after project.sh.
 
 if [ "$(id -u)" -ne 0 ]; then
     echo "This makes a root file system: run it as root." >&2
     exit 1
 fi
 
-# make_root SUITE FOLDER: a minimal system, its packages from where this machine has its own.
+# make_root SUITE FOLDER: a minimal system, with packages from where this machine gets its own.
 # shellcheck disable=SC2016 # what stands in single quotes is for apt-get
 make_root() {
     local mirror
@@ -18,8 +18,8 @@ make_root() {
     mmdebstrap --quiet --variant=minbase "$1" "$2" "$mirror"
 }
 
-# in_root FOLDER [SOURCE:TARGET...] -- COMMAND [ARGUMENT...]: as root in there, with processes and devices of its own, and
-# folders of this machine where they are asked for. Mounts and processes are gone when it ends, however it ends.
+# in_root FOLDER [SOURCE:TARGET...] -- COMMAND [ARGUMENT...]: runs as root in there, with its own processes and devices, and
+# with folders of this machine if asked for. When it ends, however it ends, its mounts and processes are gone.
 # shellcheck disable=SC2016 # what stands in single quotes is for the shell in there
 in_root() {
     unshare --mount --pid --fork --kill-child bash -euc '

@@ -1,12 +1,10 @@
 #include "platform/audio/av_audio_converter.h"
 #include "platform/audio/av_audio_pcm_buffer_pool.h"
-#include "tests/session/mix_bed.h"
-#include "tests/session/support/clicks.h"
+#include "tests/session/click_delays.h"
 
 #include <cmath>
 #include <deque>
 #include <gtest/gtest.h>
-#include <map>
 #include <utility>
 
 namespace tolvenary::session
@@ -14,47 +12,6 @@ namespace tolvenary::session
 
 namespace
 {
-
-/// "frames late: how often" of all clicks of one track that are in another.
-std::map<long, int> delays(const Recording &recording, std::size_t source, std::size_t device, float threshold = 0.2F)
-{
-    std::map<long, int> counts;
-    for (const Stretch stretch : recording.unbroken()) {
-        const auto played = findClicks(recording.part(source, stretch), 0.2F);
-        const auto heard = findClicks(recording.part(device, stretch), threshold);
-        for (const long delay : clickDelays(played, heard, 2400))
-            ++counts[delay];
-    }
-    return counts;
-}
-
-void print(const char *what, const Recording &recording, const std::map<long, int> &counts)
-{
-    std::printf("  %s, quantum %u, %zu jumps of the clock:", what, recording.cycles.back().frames, recording.jumps());
-    for (const auto &[delay, count] : counts)
-        std::printf(" %ld frames late (%d clicks)", delay, count);
-    std::printf("\n");
-}
-
-bool areAllAtOnce(const std::map<long, int> &counts)
-{
-    return counts.size() == 1 && counts.begin()->first == 0 && counts.begin()->second >= 10;
-}
-
-/// Every click is 0 frames late. A late wake-up of the machine delays the sound until the players have skipped what it
-/// left behind: where the clock jumped it is listened to again, and where it did not, nothing excuses us.
-void expectNoDelay(const char *what, MixBed &bed, Recorder &recorder, std::size_t source, std::size_t device)
-{
-    std::map<long, int> counts;
-    for (int attempt = 0; attempt < 8; ++attempt) {
-        const Recording recording = bed.record(recorder, 84000);
-        counts = delays(recording, source, device);
-        print(what, recording, counts);
-        if (areAllAtOnce(counts) || recording.jumps() == 0)
-            break;
-    }
-    EXPECT_TRUE(areAllAtOnce(counts)) << what;
-}
 
 /// Frames of the graph by which a click comes out of two converters, to the mix's rate and back, later than it went in,
 /// with that many frames of the mix waiting between them.
@@ -102,11 +59,11 @@ void expectNoDelayOfEither(MixBed &bed)
     bed.mix().setProperty("appGain", 0.0F);
     Recorder recorder(bed.session(), {"microphone:capture_MONO", applicationPort("player", "FR"), bed.monitor("FR")});
     bed.record(recorder, 9600);
-    expectNoDelay("microphone ", bed, recorder, 0, 2);
+    EXPECT_TRUE(areAtOnce(listenToClicks("microphone ", bed, recorder, {0, 2})));
     bed.mix().setProperty("appGain", 1.0F);
     bed.mix().setProperty("micGain", 0.0F);
     bed.record(recorder, 9600);
-    expectNoDelay("application", bed, recorder, 1, 2);
+    EXPECT_TRUE(areAtOnce(listenToClicks("application", bed, recorder, {1, 2})));
 }
 
 } // namespace
@@ -165,14 +122,7 @@ TEST_P(DelayElsewhere, isThatOfTheConvertersFilters)
     Recorder recorder(bed.session(), {"microphone:capture_MONO", applicationPort("player", "FR"), bed.monitor("FR")});
     bed.record(recorder, 9600);
     const auto measure = [&](const char *what, std::size_t source) {
-        std::map<long, int> counts;
-        for (int attempt = 0; attempt < 8; ++attempt) {
-            const Recording recording = bed.record(recorder, 84000);
-            counts = delays(recording, source, 2, 0.05F);
-            print(what, recording, counts);
-            if (recording.jumps() == 0)
-                break;
-        }
+        const ClickDelays counts = listenToClicks(what, bed, recorder, {source, 2, 2400, 0.05F});
         ASSERT_FALSE(counts.empty());
         // What waits between the two filters are whole frames of the mix.
         const double mixFrame = std::ceil(GetParam() / 48000.0);

@@ -81,7 +81,7 @@ TEST(DriverGroup, isOneAlsoAfterTheDeviceAndTheMicrophoneCameBack)
     EXPECT_TRUE(isOneGroup(bed));
     Recorder recorder(bed.session(), {"microphone:capture_MONO", bed.monitor("FL")});
     bed.record(recorder, 9600);
-    EXPECT_TRUE(areAtOnce(bed, recorder, 0, 1));
+    EXPECT_TRUE(areAtOnce(listenToClicks("microphone", bed, recorder, {0, 1, 9600})));
 }
 
 } // namespace tolvenary::session

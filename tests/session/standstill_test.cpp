@@ -39,7 +39,7 @@ TEST(Standstill, ofTheServerIsToldAndAfterItTheMixGoesOnWithNeitherOldSoundNorDe
     bed.run();
     Recorder recorder(bed.session(), {"microphone:capture_MONO", applicationPort("player", "FR"), bed.monitor("FR")});
     bed.mix().setAppGain(0);
-    ASSERT_TRUE(areAtOnce(bed, recorder, 0, 2));
+    ASSERT_TRUE(areAtOnce(listenToClicks("microphone", bed, recorder, {0, 2, 9600})));
     bed.mix().setAppGain(1);
 
     recorder.begin(96000);
@@ -58,11 +58,11 @@ TEST(Standstill, ofTheServerIsToldAndAfterItTheMixGoesOnWithNeitherOldSoundNorDe
     EXPECT_TRUE(statusBecomes(bed, "Running → ")) << bed.status();
     bed.mix().setAppGain(0);
     bed.record(recorder, 9600);
-    EXPECT_TRUE(areAtOnce(bed, recorder, 0, 2)) << "the microphone";
+    EXPECT_TRUE(areAtOnce(listenToClicks("microphone", bed, recorder, {0, 2, 9600})));
     bed.mix().setAppGain(1);
     bed.mix().setMicGain(0);
     bed.record(recorder, 9600);
-    EXPECT_TRUE(areAtOnce(bed, recorder, 1, 2)) << "the application";
+    EXPECT_TRUE(areAtOnce(listenToClicks("application", bed, recorder, {1, 2, 9600})));
     EXPECT_TRUE(bed.isRunning());
 }
 

@@ -11,7 +11,7 @@ void raiseDescriptorLimit()
     if (getrlimit(RLIMIT_NOFILE, &limit) != 0)
         return;
     limit.rlim_cur = limit.rlim_max;
-    // Where it is refused, the limit that we have will do for most.
+    // If it is refused, the limit that we have is enough in most cases.
     setrlimit(RLIMIT_NOFILE, &limit);
 }
 

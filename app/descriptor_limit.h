@@ -3,9 +3,9 @@
 namespace tolvenary
 {
 
-/// Lets this process have as many descriptors as its user may give it. Each stream that is heard costs several, and
-/// where they run out the connection to the sound server breaks; the customary 1024 are only for programs that still
-/// use select(), which this one and its libraries do not. It starts no others that would inherit the limit.
+/// Raises the limit of this process's descriptors as far as its user may. Each stream that is heard costs several, and
+/// when they run out, the connection to the sound server breaks. The customary 1024 exist for programs that use
+/// select(), which this one and its libraries do not; and it starts no others that would inherit the limit.
 void raiseDescriptorLimit();
 
 } // namespace tolvenary

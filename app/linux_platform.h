@@ -7,8 +7,8 @@
 namespace tolvenary
 {
 
-/// The platform on Linux: sound from PipeWire, everything else from the desktop. One for the life of the program, made
-/// on the main thread after the application object.
+/// The platform on Linux: sound from PipeWire, everything else from the desktop. There is one for the life of the
+/// program, made on the main thread after the application object.
 class LinuxPlatform final : public Platform
 {
   public:

@@ -17,7 +17,7 @@ int main(int, char **arguments)
     // There is no command line: only the program's name is passed on.
     int count = 1;
     tolvenary::tellStartFailuresInOneLine();
-    // Nothing is stored, shaders included: there are few, and each launch compiles them in no time.
+    // Nothing is stored, not even shaders: there are few, and each launch compiles them quickly.
     QCoreApplication::setAttribute(Qt::AA_DisableShaderDiskCache);
     QGuiApplication application(count, arguments);
     QGuiApplication::setApplicationName(QStringLiteral("Tolvenary"));

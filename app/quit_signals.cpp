@@ -13,7 +13,7 @@ namespace tolvenary
 namespace
 {
 
-// A signal handler can reach nothing but what lives outside of every object.
+// A signal handler can reach only what lives outside of every object.
 std::array<int, 2> pipeEnds{-1, -1}; // NOLINT(cppcoreguidelines-avoid-non-const-global-variables)
 
 void passOn(int)

@@ -7,8 +7,8 @@
 namespace tolvenary
 {
 
-/// Lets SIGINT and SIGTERM end the run loop, so that the program goes the way it goes when its window is closed and
-/// leaves nothing behind. There is one while the run loop runs. Thread: main.
+/// Lets SIGINT and SIGTERM end the run loop, so that the program ends as it does when its window is closed, and leaves
+/// nothing behind. There is one while the run loop runs. Thread: main.
 class QuitSignals
 {
   public:

@@ -13,7 +13,7 @@ namespace tolvenary
 namespace
 {
 
-/// Where Qt Quick looks for a user's wish; what a program asks for would prevail over it.
+/// Where Qt Quick looks for the user's choice, which a program's own choice would override.
 constexpr std::array wishes{"QT_QUICK_BACKEND", "QSG_RHI_BACKEND", "QMLSCENE_DEVICE"};
 
 bool isUsable(const std::filesystem::path &node)
@@ -36,7 +36,7 @@ bool wantsSoftwareRenderer(const std::filesystem::path &devices)
 {
     if (std::any_of(wishes.begin(), wishes.end(), [](const char *wish) { return !qEnvironmentVariableIsEmpty(wish); }))
         return false;
-    // Most drivers make a render node; NVIDIA's own may stand without one, and so does a Windows host's card.
+    // Most drivers make a render node; NVIDIA's own may have none, nor has the card of a Windows host.
     return !hasRenderNode(devices / "dri") && !isUsable(devices / "nvidiactl") && !isUsable(devices / "dxg");
 }
 

@@ -14,7 +14,7 @@ namespace tolvenary
 namespace
 {
 
-// A message handler can reach nothing but what lives outside of every object.
+// A message handler can reach only what lives outside of every object.
 QtMessageHandler qtsOwn = nullptr; // NOLINT(cppcoreguidelines-avoid-non-const-global-variables)
 
 void say(const QString &line)
@@ -38,8 +38,8 @@ QString whyNoWindow()
                           "desktop.");
 }
 
-/// Of Qt's ways to a desktop only counts, while it looks for one, that none led there; of the runtime directory all has
-/// been said.
+/// While Qt looks for a desktop, it only matters that it finds none, not which ways it tried; about the runtime
+/// directory everything has been said.
 bool isToldByUs(const QMessageLogContext &context, const QString &message)
 {
     if (message.startsWith(QLatin1String("QStandardPaths:")))

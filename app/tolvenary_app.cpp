@@ -51,7 +51,7 @@ bool TolvenaryApp::show()
     if (!window())
         return false;
     followMotion();
-    // Owned by the window's content, which outlives it in no case.
+    // Owned by the window's content, which never outlives the window.
     new WindowAccessor(styleWindow, window()->contentItem());
     window()->show();
     launch();
@@ -79,15 +79,15 @@ void TolvenaryApp::followMotion()
 QCoro::Task<void> TolvenaryApp::launch()
 {
     const QPointer<TolvenaryApp> self(this);
-    // Until the sound server has told what it has, an empty list would be taken for the truth.
+    // Until the sound server has told what it has, an empty list would look like the truth.
     AudioServer &server = m_platform.audioServer();
     co_await answer<bool>([&server](auto done) { server.settle(done); });
     if (!self)
         co_return;
     m_coordinator.refreshBlackHole();
     co_await m_coordinator.refreshApps();
-    // What building and first painting the window has freed lies in small pieces that the heap does not give back by
-    // itself: once, when all has been painted.
+    // Building and first painting the window frees memory in small pieces, which the heap does not give back by itself.
+    // So it is asked to, once, when everything has been painted.
     QTimer::singleShot(std::chrono::seconds(1), [] { malloc_trim(0); });
 }
 

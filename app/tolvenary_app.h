@@ -23,14 +23,14 @@ class TolvenaryApp : public QObject
     /// The platform outlives the application. Nothing is shown and no audio work starts yet.
     explicit TolvenaryApp(Platform &platform);
 
-    /// Stops a mix that runs.
+    /// Stops a running mix.
     ~TolvenaryApp() override;
 
     TolvenaryApp(const TolvenaryApp &) = delete;
     TolvenaryApp &operator=(const TolvenaryApp &) = delete;
 
-    /// Shows the window and begins the launch work: the device and application lists fill without being asked for.
-    /// False when the window could not be made; the reason was then printed by the QML engine.
+    /// Shows the window and begins the launch work: the lists of devices and applications fill by themselves. False
+    /// when the window could not be made; the QML engine has printed the reason.
     bool show();
 
     MixCoordinator &coordinator() { return m_coordinator; }

@@ -7,9 +7,9 @@
 namespace tolvenary
 {
 
-/// An invisible item that reaches the window which hosts it: `configure` runs on the turn of the main loop after it was
-/// made, and again whenever the item is updated, each time only if the item is in a window. So `configure` must bear
-/// being run again. Thread: main.
+/// An invisible item that reaches the window it is in: `configure` runs in the turn of the main loop after the item was
+/// made, and again whenever it is updated, each time only if the item is in a window. So `configure` must be
+/// repeatable. Thread: main.
 class WindowAccessor : public QQuickItem
 {
     Q_OBJECT

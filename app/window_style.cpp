@@ -11,7 +11,7 @@ void styleWindow(QQuickWindow &window)
     // Setting a flag that is set already would still take the window off the screen and put it back.
     if (!window.flags().testFlag(Qt::FramelessWindowHint))
         window.setFlag(Qt::FramelessWindowHint);
-    // A blended window is rounded: what is cut off its corners is left to what lies behind.
+    // A blended window is rounded: where its corners are cut off, what lies behind it shows.
     window.setColor(window.requestedFormat().hasAlpha() ? QColor(Qt::transparent)
                                                         : QColor::fromRgbF(0.04F, 0.03F, 0.1F, 1.0F));
 }

@@ -25,7 +25,7 @@ std::optional<AVAudioFormat> formatOf(const CMSampleBuffer &sampleBuffer)
     return AVAudioFormat::fromStreamDescription(*description->streamBasicDescription);
 }
 
-/// Stops the program where that is no 32-bit count: such a sample buffer is a defect, not a condition.
+/// Stops the program if that is no 32-bit count: such a sample buffer is a defect, not a condition.
 std::uint32_t frameCountOf(const CMSampleBuffer &sampleBuffer)
 {
     const CMItemCount samples = sampleBuffer.CMSampleBufferGetNumSamples();
@@ -34,8 +34,8 @@ std::uint32_t frameCountOf(const CMSampleBuffer &sampleBuffer)
     return static_cast<std::uint32_t>(samples);
 }
 
-/// Whether samples of the one format can be taken for samples of the other. Whatever else the formats may say does not
-/// matter here, as it does to a tap: what a stream delivers is fit to be mixed.
+/// Whether samples of the one format can be taken for samples of the other. Unlike for a tap, nothing else in the
+/// formats matters here: what a stream delivers is fit to be mixed.
 bool areSamplesAlike(const AVAudioFormat &one, const AVAudioFormat &other)
 {
     return one.sampleRate() == other.sampleRate() && one.channelCount() == other.channelCount() &&
@@ -76,7 +76,7 @@ AVAudioPCMBufferPtr AppStreamOutput::pcmBufferFrom(const CMSampleBuffer &sampleB
         return nullptr;
     buffer->setFrameLength(frames);
 
-    // Room for one entry more than there are channels.
+    // Room for one more entry than there are channels.
     const std::uint32_t channels = std::max(format->channelCount(), 1U);
     std::vector<std::byte> list(audioBufferListSize(channels + 1));
     CMBlockBuffer block; // keeps the samples until they are copied

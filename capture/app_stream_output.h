@@ -12,13 +12,13 @@ namespace tolvenary
 {
 
 /// Takes the audio samples of a screen-capture stream and hands them on in one format, as ProcessAudioTap does with
-/// what it taps. What cannot become a buffer is dropped without a word.
+/// what it taps. What cannot become a buffer is dropped silently.
 ///
 /// Unlike a tap, whose device has one format for its life, a stream may change its format from one sample buffer to the
-/// next; the converter is then made anew.
+/// next; a new converter is made then.
 ///
-/// Thread: the stream's queue, all of it, `onBuffer` included. It is no real-time thread, so that converters and lists
-/// may be made here when they are needed.
+/// Thread: the stream's queue, also for `onBuffer`. It is not a real-time thread, so converters and lists may be made
+/// here when they are needed.
 class AppStreamOutput final : public SCStreamOutput
 {
   public:
@@ -31,7 +31,7 @@ class AppStreamOutput final : public SCStreamOutput
     void streamDidOutputSampleBufferOfType(SCStream &stream, const CMSampleBuffer &sampleBuffer,
                                            SCStreamOutputType type) override;
 
-    /// The one in use; null before there was anything to convert, or where that could not be.
+    /// The one in use; null before anything had to be converted, or if that is impossible.
     const AVAudioConverter *converter() const { return m_converter.get(); }
 
   private:

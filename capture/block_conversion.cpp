@@ -42,7 +42,7 @@ AVAudioPCMBufferPtr convertBlock(AVAudioConverter *converter, AVAudioPCMBufferPo
     if (output == nullptr || converter == nullptr)
         return nullptr;
     OneShotInput input(block);
-    // Without a place for an error's text the converter allocates none; its status tells enough.
+    // Without a place for an error's text the converter does not allocate one; its status says enough.
     if (converter->convertToBuffer(*output, nullptr, input) == AVAudioConverterOutputStatus::error)
         return nullptr;
     return output;

@@ -6,8 +6,8 @@
 namespace tolvenary
 {
 
-/// Hands one block to a converter: the first time it is asked it supplies the block, later it has no data for now. It
-/// never ends the stream, so that the converter carries its filter's history over to the next block. real-time
+/// Hands one block to a converter: it supplies the block when it is first asked, and then has no data for now. It never
+/// ends the stream, so that the converter carries its filter's history over to the next block. real-time
 class OneShotInput
 {
   public:
@@ -21,7 +21,7 @@ class OneShotInput
 };
 
 /// Frames of room for `frames` frames at `sourceRate` once they are at `targetRate`, with a margin for what a resampler
-/// held back before. Stops the program where that is no 32-bit count: such a format is a defect, not a condition.
+/// held back before. Stops the program if that is no 32-bit count: such a format is a defect, not a condition.
 /// real-time
 std::uint32_t outputCapacity(double targetRate, double sourceRate, std::uint32_t frames);
 

@@ -22,7 +22,8 @@ std::string osStatus(OSStatus status)
     return "(OSStatus " + std::to_string(status) + ")";
 }
 
-/// The device exists only to give the tap a cycle: no sub-device, and the tap itself in the place of the clock.
+/// The device exists only to give the tap a cycle: it has no sub-device, and the tap itself takes the place of the
+/// clock.
 Dictionary aggregateDescription(const std::string &uid, const std::string &tapUID)
 {
     const Dictionary tap{{"uid", tapUID}, {"drift", 1}};
@@ -129,8 +130,8 @@ Result<void> ProcessAudioTap::readStreamFormat()
     return {};
 }
 
-/// To make a converter allocates, so it is here already before the first cycle needs it, and not on its thread. Where
-/// the formats are equal there is nothing to convert.
+/// Making a converter allocates, so it happens before the first cycle, which needs it on the real-time thread. If the
+/// formats are equal, there is nothing to convert.
 void ProcessAudioTap::makeConverter()
 {
     if (m_converter == nullptr && m_avFormat && !m_isInTargetFormat)
@@ -181,7 +182,7 @@ Result<void> ProcessAudioTap::start()
 {
     if (!m_ioProcID || m_running)
         return {};
-    makeConverter(); // once more, should there have been no memory for it before
+    makeConverter(); // tried once more, in case that there was no memory for it before
     const OSStatus status = m_ioProcs.AudioDeviceStart(m_aggregateID, *m_ioProcID);
     if (status != noErr)
         return failure(status, "AudioDeviceStart failed " + osStatus(status) + ".");

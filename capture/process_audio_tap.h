@@ -21,9 +21,9 @@ class ProcessTaps;
 
 /// Captures what all other processes play and hands it on, cycle by cycle, in one format.
 ///
-/// A process tap alone has no cycle. It is therefore wrapped in an aggregate device of its own, whose only content it
-/// is, and an IO block on that device receives the sound. A tap that was made has all three and is not running; a tap
-/// that was stopped has none of them and cannot be started again.
+/// A process tap alone has no cycle. So it is wrapped in an aggregate device of its own, which contains nothing else,
+/// and an IO block on that device receives the sound. A tap that has been made has all three and is not running; a tap
+/// that has been stopped has none of them and cannot be started again.
 ///
 /// Thread: main, but for the IO block and `onBuffer`, which run on the device's real-time thread, and not after stop().
 class ProcessAudioTap
@@ -43,7 +43,7 @@ class ProcessAudioTap
     ProcessAudioTap(const ProcessAudioTap &) = delete;
     ProcessAudioTap &operator=(const ProcessAudioTap &) = delete;
 
-    /// Does nothing when it runs, or was stopped before.
+    /// Does nothing if it runs already, or was stopped.
     Result<void> start();
 
     /// Stops and destroys everything, in the reverse order of its making; never fails, may be called again.
@@ -51,7 +51,7 @@ class ProcessAudioTap
 
     bool isRunning() const { return m_running; }
 
-    /// What the device delivers; all zero, or empty, where that is not known.
+    /// What the device delivers; all zero, or empty, if that is not known.
     const AudioStreamBasicDescription &streamFormat() const { return m_streamFormat; }
     const std::optional<AVAudioFormat> &avFormat() const { return m_avFormat; }
     bool hasConverter() const { return m_converter != nullptr; }

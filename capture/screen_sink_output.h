@@ -5,8 +5,8 @@
 namespace tolvenary
 {
 
-/// Takes a stream's pictures and throws them away: a stream that captures an application's sound captures its picture
-/// too, and wants to be rid of it.
+/// Takes a stream's pictures and throws them away: a stream that captures an application's sound captures its picture,
+/// too, and needs an output for it.
 class ScreenSinkOutput final : public SCStreamOutput
 {
   public:

@@ -8,7 +8,7 @@ namespace tolvenary
 {
 
 // Everything in this file is real-time: it runs inside the device's cycle, and a cycle that cannot become a buffer is
-// dropped without a word.
+// dropped silently.
 
 void ProcessAudioTap::handle(ConstAudioBufferList inputData)
 {

@@ -11,7 +11,7 @@ namespace tolvenary
 {
 
 /// What a platform operation answers through a handler, as something to co_await. The handler may be called at once or
-/// later, on any thread; who awaits goes on in its own thread, whose event loop must run.
+/// later, on any thread; the coroutine goes on in its own thread, whose event loop must run.
 ///
 ///     const bool granted = co_await answer<bool>([&](auto handler) { device.requestAccess(audio, handler); });
 template <typename T, typename Ask> QFuture<T> answer(Ask &&ask)

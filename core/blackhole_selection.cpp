@@ -7,7 +7,7 @@
 namespace tolvenary
 {
 
-/// A selection is kept by its object alone, and as it was picked, even where the device has another name by now.
+/// A selection is found again by its object alone, and kept as it was picked, even if the device has been renamed.
 void MixCoordinator::refreshBlackHole()
 {
     publish(m_blackHoleDevices, BlackHoleLocator::findAll(m_platform.audioObjectProperties()),

@@ -47,8 +47,8 @@ void MixCoordinator::startMeterTimer(const QString &deviceName)
         });
 }
 
-/// The tick reads; a task of its own publishes. Teardown takes back what is not published yet: it would be the last
-/// word, and wrong.
+/// The tick reads; a separate task publishes. Teardown takes back what is not published yet, which would otherwise be
+/// the last word, and wrong.
 void MixCoordinator::meterTick(Timers::Duration started, const QString &deviceName)
 {
     const FrameCounts counts = m_counters->withLock([](const FrameCounts &current) { return current; });

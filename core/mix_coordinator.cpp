@@ -14,10 +14,10 @@ namespace
 constexpr double mixSampleRate = 48000.0;
 constexpr std::uint32_t mixChannels = 2;
 
-/// In a steady run each source has one or two buffers on their way. The rest is for cycles that the output misses, and
-/// no more of it: what waits longer is late anyway.
+/// In a steady run each source has one or two buffers on their way. The rest is for cycles that the output misses;
+/// there are no more, because what waits longer is late anyway.
 constexpr std::uint32_t poolSlots = 32;
-/// Twice the longest cycle that sound servers are set to, for what a conversion makes of it.
+/// Twice the longest cycle that sound servers are set to, as a conversion may lengthen it.
 constexpr std::size_t poolSlotBytes = std::size_t{16384} * mixChannels * sizeof(float);
 
 AVAudioFormat makeMixFormat()

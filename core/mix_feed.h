@@ -29,7 +29,7 @@ class MixFeed
     void feedMic(AVAudioPCMBufferPtr buffer);
     void feedApp(AVAudioPCMBufferPtr buffer);
 
-    /// To attach and to start them. Thread: main.
+    /// For attaching and starting them. Thread: main.
     AVAudioPlayerNode &micPlayer() { return m_micPlayer; }
     AVAudioPlayerNode &appPlayer() { return m_appPlayer; }
 

@@ -7,8 +7,8 @@ namespace tolvenary
 namespace
 {
 
-/// Binds the unit to the device and reads back whether it really took it. A read that fails leaves 0, which is no
-/// device and is reported as the one that was got.
+/// Binds the unit to the device and reads back whether it is really bound to it. If reading fails, 0 is reported as the
+/// device found, which no device is.
 Result<void> bindOutput(AudioOutputUnit &unit, AudioObjectID deviceID)
 {
     const OSStatus status = unit.AudioUnitSetProperty(kAudioOutputUnitProperty_CurrentDevice, kAudioUnitScope_Global, 0,
@@ -46,8 +46,8 @@ Result<void> MixCoordinator::setupOutputEngine(AudioObjectID deviceID)
     return {};
 }
 
-/// Player → mixer with its gain, twice, and a third mixer that adds the two for the output. The mixers are new each
-/// time; those of the last run stay with the gains until then.
+/// Player → mixer with its gain, twice, and a third mixer that adds up the two for the output. The mixers are new for
+/// each run; until then the gains keep those of the last run.
 void MixCoordinator::buildMixGraph()
 {
     m_outputEngine.attachNode(m_feed->micPlayer());

@@ -8,7 +8,7 @@
 namespace tolvenary
 {
 
-/// Uses the platform alone once it has begun to wait: the coordinator may be gone by then.
+/// Once it waits it uses the platform only, because the coordinator may be gone by then.
 QCoro::Task<Result<void>> MixCoordinator::ensureMicPermission()
 {
     AVCaptureDevice &device = m_platform.captureDevice();
@@ -29,7 +29,7 @@ QCoro::Task<Result<void>> MixCoordinator::ensureMicPermission()
     co_return Result<void>();
 }
 
-/// Never waits for the user: a grant takes effect only after a relaunch, which is why the text asks for one.
+/// Never waits for the user: a permission takes effect only after a relaunch, so the text asks for one.
 Result<void> MixCoordinator::ensureScreenRecordingPermission()
 {
     ScreenCaptureAccess &access = m_platform.screenCaptureAccess();

@@ -8,14 +8,14 @@ namespace tolvenary
 namespace
 {
 
-/// How long the sound server may be away. One that is restarted is back within a second or two, and the mix with it;
-/// who waits longer waits for nothing, and is told so.
+/// How long the sound server may be away. One that is restarted is back within a second or two, and the mix with it.
+/// After that, nobody is restarting it, and the user is told so.
 constexpr Timers::Duration serverPatience{5.0};
 
 } // namespace
 
-/// What keeps a mix from being heard that has not ended: it goes on by itself when that is over. The counts cannot
-/// tell, they only stand still.
+/// What keeps a running mix from being heard for now; it goes on by itself when that is over. The counts cannot tell,
+/// they only stand still.
 std::optional<QString> MixCoordinator::runningTrouble()
 {
     switch (m_platform.audioServer().state()) {

@@ -8,7 +8,7 @@ namespace tolvenary
 {
 
 /// One run through the start sequence, which may be overtaken while it waits: the coordinator may be destroyed, or torn
-/// down and started anew. After each wait it asks whether it still counts, and touches nothing if not.
+/// down and started again. After each wait it asks whether it still counts, and if not, touches nothing.
 class MixCoordinator::StartAttempt
 {
   public:

@@ -70,7 +70,7 @@ void MixCoordinator::resetCounts()
     publish(m_appFrames, std::uint64_t{0}, &MixCoordinator::appFramesChanged);
 }
 
-/// After this no step waits for a server that does not answer: each fails at once, and tells the user by its own text.
+/// After this no step waits for a server that does not answer: each fails at once, with a text of its own for the user.
 QCoro::Task<bool> MixCoordinator::settleAudioServer()
 {
     co_return co_await answer<bool>([this](auto done) { m_platform.audioServer().settle(done); });

@@ -25,8 +25,8 @@ void MixCoordinator::setStream(std::unique_ptr<SCStream> stream, std::shared_ptr
     m_screenSink = std::move(screenSink);
 }
 
-/// The stream is asked to stop in a task of its own, which nobody waits for. Without its output it has nobody to
-/// deliver to meanwhile; it is kept until then, because what it may still be delivering comes from our pool.
+/// The stream is asked to stop in a task that nobody waits for. It has lost its output and delivers to nobody, but is
+/// kept until it has stopped, because what it may still be delivering comes from our pool.
 void MixCoordinator::releaseStream()
 {
     if (m_stream != nullptr) {
@@ -39,7 +39,7 @@ void MixCoordinator::releaseStream()
     m_screenSink.reset();
 }
 
-/// How the stop goes does not matter any more.
+/// Whether the stop succeeds does not matter any more.
 QCoro::Task<void> MixCoordinator::stopStream(SCStream *stream)
 {
     const QPointer<MixCoordinator> self(this);

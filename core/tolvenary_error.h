@@ -5,7 +5,7 @@
 namespace tolvenary
 {
 
-/// The domain of the failures that are this program's own findings, not a platform operation's.
+/// The domain of failures that this program finds by itself, as opposed to those of platform operations.
 inline constexpr const char *tolvenaryErrorDomain = "Tolvenary";
 
 inline constexpr int microphoneDeniedInSettings = 10;

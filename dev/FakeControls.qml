@@ -13,7 +13,7 @@ Window {
     title: "Fake system"
     width: 420
     height: 220
-    // Where no window manager places windows: beside the panel.
+    // Beside the panel, in case that no window manager places windows.
     x: 560
     y: 40
     visible: true

@@ -62,7 +62,7 @@ void FakeSound::pass()
 {
     const double passed = static_cast<double>(m_clock.restart()) / 1000;
     m_platform.timers().advance(Timers::Duration(passed));
-    // A window that was dragged for a while owes no more than it can make up for at once.
+    // After a long drag of the window, no more is owed than can be made up for at once.
     m_owed = std::min(m_owed + passed, 0.2);
     m_peak = 0;
     for (; m_owed > frames / rate; m_owed -= frames / rate)

@@ -4,7 +4,7 @@
 #include <QGuiApplication>
 #include <QQmlApplicationEngine>
 
-/// The real window on a system that is made up, and a second window that moves what it plays.
+/// The real window on a made-up system, and a second window to control what that plays.
 int main(int argc, char **argv)
 {
     QGuiApplication application(argc, argv);

@@ -12,7 +12,7 @@ namespace tolvenary
 namespace
 {
 
-/// Every locale's idea of upper and lower case, not only ASCII's; a space inside the name is no BlackHole.
+/// Case is ignored, not only that of ASCII; with a space inside the name it is not a BlackHole.
 bool isBlackHoleName(const std::string &name)
 {
     return QString::fromStdString(name).contains(QLatin1String("blackhole"), Qt::CaseInsensitive);
@@ -85,7 +85,7 @@ std::vector<AudioObjectID> BlackHoleLocator::deviceIDs(AudioObjectProperties &pr
     return ids;
 }
 
-/// Empty for what is no BlackHole, or has no output.
+/// Empty for a device that is not a BlackHole, or has no output.
 std::optional<BlackHoleDevice> BlackHoleLocator::describe(AudioObjectProperties &properties, AudioObjectID device)
 {
     auto name = stringProperty(properties, device, kAudioObjectPropertyName);

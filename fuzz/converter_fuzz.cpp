@@ -16,7 +16,7 @@ namespace
 
 constexpr std::size_t slotBytes = 1 << 20;
 
-/// A block of any length and any samples: those that are no numbers, too.
+/// A block of any length and any samples, including infinities and NaNs.
 AVAudioPCMBufferPtr hostileBlock(FuzzedDataProvider &input, AVAudioPCMBufferPool &pool, const AVAudioFormat &format)
 {
     auto block = pool.make(format, input.ConsumeIntegralInRange(0U, 1200U));

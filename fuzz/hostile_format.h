@@ -8,7 +8,7 @@
 namespace tolvenary::fuzz
 {
 
-/// A count that could be meant, one at which arithmetic turns over, or any.
+/// A plausible count, one at which arithmetic overflows, or any.
 inline std::uint32_t hostileCount(FuzzedDataProvider &input, std::uint32_t most)
 {
     constexpr std::array<std::uint32_t, 8> extremes{0, 64, 65, 0x20000000, 0x40000000, 0x40000001, 0x80000000, ~0U};
@@ -23,7 +23,7 @@ inline std::uint32_t hostileCount(FuzzedDataProvider &input, std::uint32_t most)
     }
 }
 
-/// A description as a device might give it: mostly one that could be meant, sometimes any forty bytes.
+/// A description as a device might give it: mostly a plausible one, sometimes any forty bytes.
 inline AudioStreamBasicDescription hostileDescription(FuzzedDataProvider &input)
 {
     constexpr std::array rates{48000.0, 44100.0, 96000.0,  8000.0,   11025.0,

@@ -5,7 +5,7 @@
 namespace tolvenary::fuzz
 {
 
-/// What must hold whatever comes in; where it does not, the input is kept.
+/// What must hold for any input; if it does not, the fuzzer keeps the input.
 inline void require(bool holds)
 {
     if (!holds)

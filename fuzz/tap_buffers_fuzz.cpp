@@ -14,8 +14,8 @@ namespace
 constexpr std::size_t slotBytes = 65536;
 constexpr std::uint32_t slots = 4;
 
-/// One cycle's buffers as no device should deliver them. The samples lie in blocks of exactly the size told, so that
-/// who reads past it is seen.
+/// One cycle's buffers as no device should deliver them. The samples lie in blocks of exactly the stated size, so that
+/// reading past it is noticed.
 class HostileBuffers
 {
   public:

@@ -76,8 +76,8 @@ void AVAudioConverter::Impl::warmUp(std::uint32_t inputFrames)
 {
     AVAudioPCMBufferPool silencePool(1, std::size_t{inputFrames} * from.bytesPerFrame() * from.bufferCount());
     const auto silence = silencePool.make(from, inputFrames);
-    // libswresample makes its memory when it first needs it: while its filter fills, and for the longest block. After
-    // that the filter is full of silence, so that the stream delivers from its first block on.
+    // libswresample allocates memory when it first needs it: while its filter fills, and for the longest block. So let
+    // it do both now; the filter is full of silence then, and the stream delivers from its first block on.
     const double fill = 2 * SwrStream::filterFrames / std::min(outputPerInput, 1.0);
     double fed = 0;
     for (int block = 0; block < 3 || fed < fill; ++block, fed += inputFrames) {

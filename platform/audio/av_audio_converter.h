@@ -12,8 +12,8 @@ namespace tolvenary
 enum class AVAudioConverterInputStatus { haveData = 0, noDataNow = 1, endOfStream = 2 };
 enum class AVAudioConverterOutputStatus { haveData = 0, inputRanDry = 1, endOfStream = 2, error = 3 };
 
-/// Supplies the next block, or says that there is none. `inNumberOfPackets` is how many frames would do. The block must
-/// stay valid until it is asked for again, or the conversion returns.
+/// Supplies the next block, or says that there is none. `inNumberOfPackets` is how many frames are wanted. The block
+/// must stay valid until the next one is asked for, or the conversion returns.
 using AVAudioConverterInputBlock =
     FunctionRef<const AVAudioPCMBuffer *(std::uint32_t inNumberOfPackets, AVAudioConverterInputStatus &outStatus)>;
 
@@ -24,7 +24,7 @@ class AVAudioConverter
 {
   public:
     /// Empty when the formats cannot be converted. `maxInputFrames` is the longest block that conversion must take
-    /// without allocating: the constructor is where all memory is made.
+    /// without allocating: the constructor allocates all memory.
     static std::unique_ptr<AVAudioConverter> make(const AVAudioFormat &from, const AVAudioFormat &to,
                                                   std::uint32_t maxInputFrames = 8192);
     ~AVAudioConverter();

@@ -126,7 +126,7 @@ void AVAudioEngine::stop()
 void AVAudioEngine::reset()
 {
     stop();
-    // The units go first, and with them the last callback that could meet a node.
+    // The units go first, so that no callback can meet a node any more.
     m_output.reset();
     m_input.reset();
     for (AVAudioNode *const node : m_attached)

@@ -11,8 +11,8 @@ namespace tolvenary
 
 /// A graph of nodes between an input and an output of the system. Thread: main.
 ///
-/// reset() takes it back to an empty, stopped graph without input or output unit; nodes attached before may be attached
-/// again, and players among them are stopped and empty. start() runs it; stop() returns when no callback runs any more.
+/// reset() makes it an empty, stopped graph without input or output unit; its former nodes may be attached again, and
+/// players among them are stopped and empty. start() runs it; stop() returns when no callback is running.
 class AVAudioEngine
 {
   public:
@@ -34,7 +34,7 @@ class AVAudioEngine
     void connect(AVAudioNode &source, AVAudioNode &destination, std::uint32_t fromBus, std::uint32_t toBus,
                  const AVAudioFormat &format);
 
-    /// Makes all memory that the run will need.
+    /// Allocates all memory that the run will need.
     void prepare();
     /// Starts the units; a failure carries the unit's status (NSOSStatusErrorDomain) and leaves the engine stopped.
     Result<void> startAndReturnError();

@@ -25,7 +25,7 @@ AVAudioCommonFormat sampleTypeOf(const AudioStreamBasicDescription &description)
     return description.mBitsPerChannel == 32 ? AVAudioCommonFormat::pcmFormatInt32 : AVAudioCommonFormat::other;
 }
 
-/// Whether the bytes of one frame can be counted where everybody counts them: in 32 bits.
+/// Whether the number of bytes in a frame fits into 32 bits, in which everybody counts them.
 bool isCountable(const AudioStreamBasicDescription &description)
 {
     return description.mChannelsPerFrame <=
@@ -58,7 +58,7 @@ std::optional<AVAudioFormat> AVAudioFormat::fromStreamDescription(const AudioStr
     if (!isReadable(description))
         return std::nullopt;
 
-    // What follows from the rest is written anew, so that equal formats compare equal however carelessly they were
+    // What follows from the other fields is computed, so that equal formats compare equal however carelessly they were
     // described.
     constexpr std::uint32_t meaningful = kAudioFormatFlagIsFloat | kAudioFormatFlagIsSignedInteger |
                                          kAudioFormatFlagIsNonInterleaved | kAudioFormatFlagIsNonMixable;

@@ -17,7 +17,7 @@ class AVAudioFormat
     static std::optional<AVAudioFormat> standardFormat(double sampleRate, std::uint32_t channels);
 
     /// The format that `description` describes; empty when it is not linear PCM of a sample type listed above, has no
-    /// channel, or more than a frame's bytes can be counted of, or no rate above 0.
+    /// channel, too many channels for the bytes of a frame to be counted, or no rate above 0.
     static std::optional<AVAudioFormat> fromStreamDescription(const AudioStreamBasicDescription &description);
 
     double sampleRate() const { return m_description.mSampleRate; }
@@ -26,7 +26,7 @@ class AVAudioFormat
     bool isInterleaved() const;
     const AudioStreamBasicDescription &streamDescription() const { return m_description; }
 
-    /// AudioBuffer entries of a block: 1 if interleaved, otherwise one a channel.
+    /// AudioBuffer entries of a block: 1 if interleaved, otherwise one per channel.
     std::uint32_t bufferCount() const { return isInterleaved() ? 1 : channelCount(); }
     /// Bytes a frame takes in one of these buffers.
     std::uint32_t bytesPerFrame() const { return m_description.mBytesPerFrame; }

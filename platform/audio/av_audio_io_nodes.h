@@ -63,8 +63,8 @@ class AVAudioInputNode final : public AVAudioNode
     /// What the input delivers on bus 0; empty while there is none.
     std::optional<AVAudioFormat> inputFormatForBus(std::uint32_t bus) const;
 
-    /// One tap on the bus, replacing an earlier one. `bufferSize` is a wish: blocks come as the cycles do, because to
-    /// gather them would be delay. Thread: main, while the engine is stopped.
+    /// One tap on the bus, replacing an earlier one. `bufferSize` is only a wish: blocks come as the cycles do, because
+    /// gathering them would add delay. Thread: main, while the engine is stopped.
     void installTapOnBus(std::uint32_t bus, std::uint32_t bufferSize, const AVAudioFormat &format,
                          AVAudioNodeTapBlock block);
     /// When this has returned, the block is not running and will not be called again. Thread: main.
@@ -75,7 +75,7 @@ class AVAudioInputNode final : public AVAudioNode
 
     explicit AVAudioInputNode(std::unique_ptr<AudioInputUnit> unit) : m_unit(std::move(unit)) {}
 
-    /// Also receives each block, behind the tap.
+    /// Receives each block as well, after the tap.
     void setSink(AVAudioSinkNode &sink) { m_sink = &sink; }
     OSStatus start();
     void stop();

@@ -85,7 +85,7 @@ void AVAudioMixerNode::add(AVAudioNode &input, PlanarBlock output)
 void AVAudioMixerNode::scale(PlanarBlock output, const GainRamp &ramp, std::uint32_t first)
 {
     if (ramp.from == 0 && ramp.to == 0)
-        return silence(output); // also what is no number
+        return silence(output); // infinities and NaNs included
     if (ramp.from == 1 && ramp.to == 1)
         return;
     for (float *const channel : output.channels) {

@@ -36,7 +36,7 @@ class AVAudioNode
         static_cast<void>(source);
     }
 
-    /// The graph is taken apart: forgets its inputs and drops what it holds. Thread: main, after the last render.
+    /// When the graph is taken apart: forgets the inputs and drops what it holds. Thread: main, after the last render.
     virtual void detached() {}
 
   public:

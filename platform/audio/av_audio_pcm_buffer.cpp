@@ -51,13 +51,13 @@ bool AVAudioPCMBuffer::fits(const AVAudioFormat &format, std::uint32_t frameCapa
 {
     if (format.bufferCount() > maxBuffers)
         return false;
-    // No product of these is too large to count: a format of several buffers has frames of a few bytes.
+    // None of these products overflows: in a format of several buffers a frame has a few bytes.
     return std::size_t{frameCapacity} * format.bytesPerFrame() * format.bufferCount() <= bytes;
 }
 
 void AVAudioPCMBuffer::layOut(const AVAudioFormat &format, std::uint32_t frameCapacity, std::span<std::byte> storage)
 {
-    // A slot is asked for the same again and again, and to look is cheaper than to write all of it.
+    // A slot becomes the same again and again, and comparing is cheaper than writing all of it.
     if (m_format == format && m_frameCapacity == frameCapacity)
         return setFrameLength(0);
     takeFormat(format);

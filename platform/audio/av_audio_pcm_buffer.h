@@ -35,7 +35,7 @@ class AVAudioPCMBuffer
     /// buffers.
     static std::unique_ptr<AVAudioPCMBuffer> makeView(const AVAudioFormat &format);
 
-    /// real-time: lets a view show `frames` frames at `channels` (one pointer a buffer of the format).
+    /// real-time: lets a view show `frames` frames at `channels` (one pointer per buffer of the format).
     void setBorrowed(std::span<const float *const> channels, std::uint32_t frames);
 
     const AVAudioFormat &format() const { return *m_format; }
@@ -51,7 +51,7 @@ class AVAudioPCMBuffer
             m_buffers[i].mDataByteSize = bytes;
     }
 
-    /// The buffers to read, and to write where this is no view. real-time
+    /// The buffers to read and, unless this is a view, to write. real-time
     AudioBufferList mutableAudioBufferList() { return {m_buffers.data(), m_bufferCount}; }
     ConstAudioBufferList audioBufferList() const { return {m_buffers.data(), m_bufferCount}; }
 

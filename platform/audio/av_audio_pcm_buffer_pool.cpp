@@ -75,7 +75,7 @@ std::uint32_t AVAudioPCMBufferPool::takeSlot()
 {
     std::uint64_t head = m_head.load(std::memory_order_acquire);
     while (slotOf(head) != noSlot) {
-        // Stale when another thread took the slot meanwhile; the exchange then fails, because the tag has moved on.
+        // Stale if another thread has taken the slot meanwhile; the exchange fails then, because the tag has moved on.
         const std::uint32_t next = m_next[slotOf(head)].load(std::memory_order_relaxed);
         if (m_head.compare_exchange_weak(head, nextHead(head, freeOf(head) - 1, next), std::memory_order_acquire))
             return slotOf(head);

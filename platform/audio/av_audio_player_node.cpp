@@ -11,7 +11,7 @@ namespace tolvenary
 namespace
 {
 
-/// Several cycles' worth of buffers even at the shortest cycles; more of them waiting would be delay, not music.
+/// Several cycles' worth of buffers even with the shortest cycles; more of them waiting would only be delay.
 constexpr std::size_t queueLength = 256;
 
 /// A conversion on the way in and one on the way out are each at most two frames off their average.

@@ -207,7 +207,7 @@ const MixLoops *wideLoopsHere()
 
 #endif
 
-// Asked once, before the program begins, so that the real-time thread finds it done.
+// Asked once, before main() runs, so that the real-time thread finds it done.
 const MixLoops *const wideHere = wideLoopsHere();
 const MixLoops &best = wideHere != nullptr ? *wideHere : plainLoops;
 

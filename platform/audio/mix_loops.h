@@ -36,7 +36,7 @@ struct MixLoops {
 
 /// For every processor that the program is built for.
 const MixLoops &plainMixLoops();
-/// Twice as wide (AVX2); null where this processor has no such thing.
+/// Twice as wide (AVX2); null if this processor has no such instructions.
 const MixLoops *wideMixLoops();
 
 } // namespace tolvenary

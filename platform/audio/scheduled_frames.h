@@ -40,11 +40,11 @@ class ScheduledFrames
         }
     }
 
-    /// Done with the next `count` frames: buffers that end within them, and empty ones next to them, go back to their
-    /// pool and their completion handlers are called.
+    /// Drops the next `count` frames: buffers that end within them, and empty ones next to them, go back to their pool,
+    /// and their completion handlers are called.
     void drop(std::uint32_t count);
 
-    /// Done with all; no completion handler is called.
+    /// Drops all; no completion handler is called.
     void clear();
 
   private:

@@ -11,7 +11,7 @@ namespace tolvenary
 {
 
 /// A bounded queue between exactly two threads, wait-free on both sides. What one thread may do is a type of its own:
-/// hand the writer to one, the reader to the other. All memory is made in the constructor.
+/// hand the writer to one, the reader to the other. The constructor allocates all memory.
 // NOLINTNEXTLINE(clang-analyzer-optin.performance.Padding): what each thread writes is kept apart on purpose
 template <typename T> class SpscRing
 {
@@ -28,7 +28,7 @@ template <typename T> class SpscRing
     class Writer
     {
       public:
-        /// Takes `item` and answers true, or leaves it as it is when the ring is full. real-time
+        /// Takes `item` and returns true, or leaves it alone and returns false if the ring is full. real-time
         bool push(T &&item)
         {
             const std::size_t end = m_ring.m_end.load(std::memory_order_relaxed);

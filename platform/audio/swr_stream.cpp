@@ -38,7 +38,7 @@ AVSampleFormat sampleFormat(const AVAudioFormat &format)
 
 AVChannelLayout layoutOf(const AVAudioFormat &format)
 {
-    // Channels by number alone: their places in a room are of no interest, since we say ourselves what goes where.
+    // Channels by number alone: their places in a room do not matter, since we say ourselves what goes where.
     AVChannelLayout layout{};
     layout.order = AV_CHANNEL_ORDER_UNSPEC;
     layout.nb_channels = static_cast<int>(format.channelCount());
@@ -84,8 +84,8 @@ bool isWholeRate(double rate)
     return rate == std::floor(rate) && rate >= 1 && rate <= double{std::numeric_limits<int>::max()};
 }
 
-/// The two rates as libswresample takes them. Where they are equal it is never told the true one, which need not be a
-/// whole number.
+/// The two rates as libswresample takes them. If they are equal, it is not told the true one, which need not be a whole
+/// number.
 struct Rates {
     int from = 48000;
     int to = 48000;

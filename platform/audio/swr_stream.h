@@ -24,7 +24,7 @@ class SwrStream
     /// rates are too far apart.
     static std::unique_ptr<SwrStream> make(const AVAudioFormat &from, const AVAudioFormat &to);
 
-    /// Takes all `inFrames` in and writes what is ready, at most `outFrames`. Answers the frames written, or a negative
+    /// Takes all `inFrames` in and writes what is ready, at most `outFrames`. Returns the frames written, or a negative
     /// errno. Allocates only for blocks longer than any before. real-time
     std::int32_t convert(ConstAudioBufferList in, std::uint32_t inFrames, AudioBufferList out, std::uint32_t outFrames);
 

@@ -27,7 +27,7 @@ class TapSlot
     /// called by the block itself. Thread: main.
     void remove();
 
-    /// Shows the block to the tap, if there is one; a block with fewer channels than the tap's format is passed over.
+    /// Shows the block to the tap, if there is one; a block with fewer channels than the tap's format is skipped.
     /// Thread: the capturing one. real-time
     void deliver(const AudioTimeStamp &when, ConstPlanarBlock input);
 

@@ -8,7 +8,7 @@ namespace tolvenary
 {
 
 /// The answer to an asynchronous request: given at once, or held back until somebody delivers it, on whichever thread
-/// that is. Not to be asked while it is being delivered.
+/// that is. Must not be asked while it is being delivered.
 template <typename T> class FakeAnswer
 {
   public:

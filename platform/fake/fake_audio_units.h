@@ -11,7 +11,7 @@ namespace tolvenary
 {
 
 /// Makes units that run when they are told to. One output unit and one input unit can be driven at a time: the ones
-/// made last. A cycle may run on another thread than main: to stop or to destroy a unit waits for the cycle's end.
+/// made last. A cycle may run on another thread than main: stopping or destroying a unit waits for the cycle's end.
 class FakeAudioUnits final : public AudioUnits
 {
   public:
@@ -20,7 +20,7 @@ class FakeAudioUnits final : public AudioUnits
     std::unique_ptr<AudioOutputUnit> makeOutputUnit() override;
     std::unique_ptr<AudioInputUnit> makeInputUnit() override;
 
-    // What the system is like; to be set before a unit is made.
+    // What the system is like; set these before a unit is made.
     bool hasOutputUnit = true;
     bool hasInputUnit = true;
     InputUnitFormat inputFormat{48000, 2};

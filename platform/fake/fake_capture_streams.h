@@ -11,7 +11,7 @@ namespace tolvenary
 {
 
 /// Makes streams that deliver when they are told to. One can be driven at a time: the one made last. Samples may be
-/// delivered on another thread than main: to stop or to destroy a stream waits for the delivery's end.
+/// delivered on another thread than main: stopping or destroying a stream waits for the delivery's end.
 class FakeCaptureStreams final : public SCStreams
 {
   public:
@@ -20,7 +20,7 @@ class FakeCaptureStreams final : public SCStreams
     std::unique_ptr<SCStream> makeStream(const SCContentFilter &filter,
                                          std::weak_ptr<SCStreamDelegate> delegate) override;
 
-    /// Hands the samples to all outputs of that type and answers how many there were; none while no stream runs.
+    /// Hands the samples to all outputs of that type and returns how many there were; none while no stream runs.
     /// Thread: any.
     int deliver(const CMSampleBuffer &sampleBuffer, SCStreamOutputType type);
     /// The stream ends by itself. False when none runs.

@@ -9,7 +9,7 @@
 namespace tolvenary
 {
 
-/// Runs IO blocks when it is told to. A cycle may run on another thread than main: to stop or to destroy a block waits
+/// Runs IO blocks when it is told to. A cycle may run on another thread than main: stopping or destroying a block waits
 /// for the cycle's end.
 class FakeIOProcs final : public IOProcs
 {
@@ -25,7 +25,7 @@ class FakeIOProcs final : public IOProcs
     /// A creation reports success, but makes nothing and leaves the ID alone.
     void setMakesNothing(bool makesNothing) { m_makesNothing = makesNothing; }
 
-    /// One cycle: hands the input to every block that runs, and answers how many did. Thread: any.
+    /// One cycle: hands the input to every block that runs, and returns how many did. Thread: any.
     int cycle(ConstAudioBufferList input);
 
     std::size_t alive() const { return m_procs.size(); }

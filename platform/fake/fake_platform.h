@@ -19,9 +19,9 @@
 namespace tolvenary
 {
 
-/// A whole system made of nothing: any call of it can be made to fail, any device can be in it, its audio cycles run
-/// when they are told to, and time passes when it is told to. As it comes it has all permissions, a stereo microphone
-/// at 48 kHz, no device and no application.
+/// A complete made-up system: any call of it can be made to fail, any device can be in it, its audio cycles run when
+/// they are told to, and time passes when it is told to. At first it has all permissions, a stereo microphone at 48
+/// kHz, no device and no application.
 class FakePlatform final : public Platform
 {
   public:

@@ -7,7 +7,7 @@
 namespace tolvenary
 {
 
-/// A sample buffer of which every part can be wrong by itself.
+/// A sample buffer of which each part can be made wrong.
 class FakeSampleBuffer final : public CMSampleBuffer
 {
   public:

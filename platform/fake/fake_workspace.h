@@ -7,7 +7,7 @@
 namespace tolvenary
 {
 
-/// A desktop whose user wants things to move, until told otherwise.
+/// A desktop whose user likes motion, until told otherwise.
 class FakeWorkspace final : public NSWorkspace
 {
   public:

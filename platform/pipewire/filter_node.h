@@ -85,6 +85,7 @@ class FilterNode
     /// How long it lived, if somebody else had the server end it.
     std::optional<Clock::duration> endedAfter() const { return m_endedAfter; }
     void setActive(bool active);
+    bool isActive() const { return m_isActive; }
 
     /// Thread: control side, no lock needed.
     CallbackGate &gate() { return m_gate; }

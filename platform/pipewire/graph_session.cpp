@@ -72,7 +72,7 @@ void GraphSession::accessDenied()
 
 void GraphSession::update()
 {
-    if (m_connection.core() != nullptr)
+    if (m_connection.isResponsive())
         m_nodes.remakeEnded(m_connection.core());
     keepProbe();
     if (m_registry)
@@ -84,8 +84,11 @@ void GraphSession::update()
     if (m_linker)
         m_linker->setWanted(plannedLinks(), now());
     m_tappedStreams.clear();
-    for (const TapWish &tap : wishes().taps)
-        m_tappedStreams.merge(tappedStreams(m_graph, tap));
+    const std::set<GlobalId> awaited = m_nodes.awaitedTaps();
+    for (const TapWish &tap : wishes().taps) {
+        if (awaited.contains(tap.nodeId))
+            m_tappedStreams.merge(tappedStreams(m_graph, tap));
+    }
     m_connection.wake();
 }
 

@@ -67,6 +67,17 @@ std::uint32_t OwnNodes::observedRate() const
     return 0;
 }
 
+std::set<GlobalId> OwnNodes::awaitedTaps() const
+{
+    std::set<GlobalId> taps;
+    for (const auto &[node, role] : m_roles) {
+        const std::optional<GlobalId> id = node->nodeId();
+        if (std::holds_alternative<TapRole>(role) && id && node->isActive())
+            taps.insert(*id);
+    }
+    return taps;
+}
+
 LinkWishes OwnNodes::wishes(const StallWatch::Verdict &verdict) const
 {
     LinkWishes wishes;

@@ -63,6 +63,9 @@ class OwnNodes
     /// How many cycles the nodes of this role have run.
     template <typename Role> std::uint64_t cyclesOf() const;
 
+    /// The taps that the output waits for: those that have been started.
+    std::set<GlobalId> awaitedTaps() const;
+
     LinkWishes wishes(const StallWatch::Verdict &verdict) const;
 
     /// `microphone` is the serial of the source that shall be heard.

@@ -18,6 +18,7 @@ constexpr StallWatch::Time longestLateness{0.2};
 constexpr StallWatch::Time longestStandstill{1};
 constexpr StallWatch::Time longestTrial{2};
 constexpr StallWatch::Time firstRest{0.25}; // it may just have been late
+constexpr StallWatch::Time longestRest{2};  // a trial disturbs nobody, and who goes on wants to be heard
 
 } // namespace
 
@@ -65,6 +66,9 @@ void StallWatch::watchStreams(const Progress &progress, const Streams &streams, 
         m_verdict.asksWhoStands = false;
         return mark(progress, now);
     }
+    // The microphone goes on meanwhile; at a start it waits for the tap's first cycle.
+    if (m_mark.tap > 0 && progress.microphone >= m_mark.microphone + standsStill)
+        m_verdict.isTapInOrder = false;
     const Time standstill = now - *m_markedAt;
     m_verdict.asksWhoStands = standstill >= longestLateness;
     if (!m_verdict.asksWhoStands)
@@ -96,7 +100,7 @@ void StallWatch::holdAll(const Progress &progress, const Streams &streams, Time 
 
 void StallWatch::hold(GlobalId stream, Time now)
 {
-    m_retries.try_emplace(stream, firstRest).first->second.begin(now);
+    m_retries.try_emplace(stream, firstRest, longestRest).first->second.begin(now);
     m_verdict.heldStreams.insert(stream);
 }
 

@@ -119,6 +119,20 @@ TEST_F(StallWatchTest, aTapThatHasYetToRunForTheFirstTimeIsWaitedFor)
     EXPECT_EQ(verdict(), StallWatch::Verdict());
 }
 
+TEST_F(StallWatchTest, theMicrophoneGoesOnBeforeItIsKnownWhoHangs)
+{
+    runTicks(10);
+    m_hanging = {hung};
+    runTicks(3);
+    const std::uint64_t before = m_progress.output;
+    runTicks(1);
+    EXPECT_EQ(m_progress.output, before + 2);
+    EXPECT_THAT(verdict().heldStreams, IsEmpty());
+    m_hanging = {};
+    runTicks(1);
+    EXPECT_EQ(verdict(), StallWatch::Verdict());
+}
+
 TEST_F(StallWatchTest, theServerIsAskedOnlyWhileTheTapStands)
 {
     m_serverTells = false;
@@ -144,7 +158,7 @@ TEST_F(StallWatchTest, theOthersGoOnAsSoonAsItIsToldWhoHangs)
     EXPECT_THAT(verdict().heldStreams, ElementsAre(hung));
     EXPECT_TRUE(verdict().isTapInOrder);
     EXPECT_EQ(m_progress.tap, before.tap + 6) << "all but the tick in which it was told";
-    EXPECT_EQ(m_progress.output, before.output + 6);
+    EXPECT_EQ(m_progress.output, before.output + 8) << "the microphone's sound goes on all the while";
 }
 
 TEST_F(StallWatchTest, whereTheServerTellsNothingAllAreHeldAndTheOthersComeInAgain)
@@ -203,7 +217,7 @@ TEST_F(StallWatchTest, aStreamThatKeepsHangingIsTriedLessAndLessOften)
         longest = pause;
         ticksUntil(false);
     }
-    EXPECT_NEAR(longest, 16 / 0.05, 2);
+    EXPECT_NEAR(longest, 2 / 0.05, 2);
 }
 
 TEST_F(StallWatchTest, ofManyThatAreHeldWhoRunsDoesNotWaitForThoseThatHang)

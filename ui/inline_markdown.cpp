@@ -1,6 +1,9 @@
 #include "ui/inline_markdown.h"
 
 #include <QStringView>
+#include <QTextBoundaryFinder>
+
+#include <algorithm>
 
 namespace tolvenary
 {
@@ -35,6 +38,18 @@ Marked markedAt(const QString &markdown, qsizetype begin)
             last + mark.size()};
 }
 
+/// Where the last letter ends that lies before `length` as a whole: of half a letter a box would be drawn, or a letter
+/// without its accent.
+qsizetype endOfLetters(const QString &text, qsizetype length)
+{
+    if (length >= text.size())
+        return text.size();
+    // What follows decides with its first letter, two units at most; a text may be endless.
+    QTextBoundaryFinder letters(QTextBoundaryFinder::Grapheme, QStringView(text).left(length + 2));
+    letters.setPosition(length);
+    return letters.isAtBoundary() ? length : std::max<qsizetype>(0, letters.toPreviousBoundary());
+}
+
 } // namespace
 
 // The argument goes in when the marks are gone, so nothing in it is ever taken for one. Read by hand: a regular
@@ -63,6 +78,17 @@ QString plainText(const std::vector<MarkdownSpan> &spans)
     for (const MarkdownSpan &span : spans)
         text += span.text;
     return text;
+}
+
+std::vector<MarkdownSpan> cutBehind(std::vector<MarkdownSpan> spans, qsizetype length)
+{
+    for (MarkdownSpan &span : spans) {
+        const qsizetype room = std::max<qsizetype>(0, length);
+        length -= span.text.size();
+        span.text.truncate(endOfLetters(span.text, room));
+    }
+    spans.push_back({MarkdownSpan::Look::plain, QStringLiteral("…")});
+    return spans;
 }
 
 } // namespace tolvenary

@@ -24,4 +24,7 @@ std::vector<MarkdownSpan> parseInlineMarkdown(const QString &markdown, const QSt
 /// The text without its marks, as it is read aloud.
 QString plainText(const std::vector<MarkdownSpan> &spans);
 
+/// The spans as far as `length` units of their text, but never within a letter, with an ellipsis behind.
+std::vector<MarkdownSpan> cutBehind(std::vector<MarkdownSpan> spans, qsizetype length);
+
 } // namespace tolvenary

@@ -17,17 +17,6 @@ namespace
 /// out would hold the window up for minutes.
 constexpr qsizetype fullLine = 2048;
 
-/// The spans as far as `length` letters, with an ellipsis behind.
-std::vector<MarkdownSpan> cut(std::vector<MarkdownSpan> spans, qsizetype length)
-{
-    for (MarkdownSpan &span : spans) {
-        span.text.truncate(std::max<qsizetype>(0, length));
-        length -= span.text.size();
-    }
-    spans.push_back({MarkdownSpan::Look::plain, QStringLiteral("…")});
-    return spans;
-}
-
 } // namespace
 
 TextLabel::TextLabel(QQuickItem *parent) : CrispItem(parent)
@@ -79,7 +68,7 @@ void TextLabel::layOut()
         return;
     std::vector<MarkdownSpan> all = spans();
     if (m_lines > 0 && plainText(all).size() > m_lines * fullLine)
-        all = cut(std::move(all), m_lines * fullLine);
+        all = cutBehind(std::move(all), m_lines * fullLine);
     m_layout = makeLayout(all, INFINITY);
     setImplicitWidth(std::ceil(contentWidth()));
     m_layout = makeLayout(all, width());
@@ -93,14 +82,14 @@ void TextLabel::layOut()
 
 void TextLabel::cutToLines(const std::vector<MarkdownSpan> &spans)
 {
-    // The most letters that fit, found by halving.
+    // The most that fits, found by halving.
     qsizetype fitting = 0;
     qsizetype tooMany = plainText(spans).size();
     while (fitting + 1 < tooMany) {
         const qsizetype middle = (fitting + tooMany) / 2;
-        (fits(*makeLayout(cut(spans, middle), width())) ? fitting : tooMany) = middle;
+        (fits(*makeLayout(cutBehind(spans, middle), width())) ? fitting : tooMany) = middle;
     }
-    m_layout = makeLayout(cut(spans, fitting), width());
+    m_layout = makeLayout(cutBehind(spans, fitting), width());
 }
 
 std::unique_ptr<QTextLayout> TextLabel::makeLayout(const std::vector<MarkdownSpan> &spans, qreal width) const

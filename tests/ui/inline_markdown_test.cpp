@@ -51,4 +51,37 @@ TEST(InlineMarkdown, aMarkWithoutItsPartnerIsText)
     EXPECT_EQ(parseInlineMarkdown("2 ** 3 `"), (Spans{{Look::plain, "2 ** 3 `"}}));
 }
 
+TEST(CutBehind, keepsTheBeginningAndPutsAnEllipsisBehind)
+{
+    const Spans spans{{Look::plain, "one "}, {Look::strong, "two"}, {Look::plain, " three"}};
+    EXPECT_EQ(cutBehind(spans, 5),
+              (Spans{{Look::plain, "one "}, {Look::strong, "t"}, {Look::plain, ""}, {Look::plain, "…"}}));
+    EXPECT_EQ(plainText(cutBehind(spans, 0)), "…");
+    EXPECT_EQ(plainText(cutBehind(spans, 100)), "one two three…");
+}
+
+TEST(CutBehind, neverCutsALetterInTwo)
+{
+    struct Letter {
+        const char *what;
+        QString text;
+    };
+    for (const auto &[what, letter] : {Letter{"two units", "\U0001F3B5"}, Letter{"an accent behind", "e\u0301"},
+                                       Letter{"a colour behind", "\U0001F44D\U0001F3FD"},
+                                       Letter{"a family", "\U0001F468\u200D\U0001F469\u200D\U0001F467"}}) {
+        const QString text = "a" + letter + letter + "b";
+        for (qsizetype length = 1; length < 1 + letter.size(); ++length)
+            EXPECT_EQ(plainText(cutBehind({{Look::plain, text}}, length)), "a…") << what << ", " << length;
+        EXPECT_EQ(plainText(cutBehind({{Look::plain, text}}, 1 + letter.size())), "a" + letter + "…") << what;
+        EXPECT_EQ(plainText(cutBehind({{Look::plain, text}}, 1 + 2 * letter.size())), "a" + letter + letter + "…")
+            << what;
+    }
+}
+
+TEST(CutBehind, behindALetterThatIsLeftOutNothingFollows)
+{
+    const Spans spans{{Look::plain, "a\U0001F3B5"}, {Look::strong, "bc"}};
+    EXPECT_EQ(plainText(cutBehind(spans, 2)), "a…");
+}
+
 } // namespace tolvenary::test

@@ -142,6 +142,31 @@ TEST(TextLabel, readsAnEnglishSentenceFromLeftToRightInEveryWindow)
     EXPECT_NE(usual, empty);
 }
 
+TEST(TextLabel, whatIsCutEndsWithAnEllipsis)
+{
+    const auto pictureOf = [](const QString &text) {
+        PaintedLabel label;
+        label.setProperty("face", QVariant::fromValue(Typography().body()));
+        label.setProperty("markdown", text);
+        label.setWidth(100);
+        static_cast<QQmlParserStatus &>(label).componentComplete();
+        return label.picture();
+    };
+    int letters = 0;
+    while (!plain(QString("i").repeated(letters + 1) + "…", 100, 1)->isTruncated())
+        ++letters;
+    ASSERT_GT(letters, 5);
+    EXPECT_EQ(pictureOf(QString("i").repeated(200)), pictureOf(QString("i").repeated(letters) + "…"));
+}
+
+TEST(TextLabel, strongLettersAreBold)
+{
+    QFont bold = Typography().body().font();
+    bold.setBold(true);
+    EXPECT_NEAR(marked("**BlackHole**", 300, 1)->contentWidth(), QFontMetricsF(bold).horizontalAdvance("BlackHole"), 1);
+    EXPECT_LT(marked("BlackHole", 300, 1)->contentWidth(), marked("**BlackHole**", 300, 1)->contentWidth() - 1);
+}
+
 TEST(TextLabel, codeHasLettersOfOneWidth)
 {
     EXPECT_EQ(marked("`iiiiiiii`", 300, 1)->contentWidth(), marked("`wwwwwwww`", 300, 1)->contentWidth());

@@ -13,7 +13,7 @@ Item {
 
     // A half goes to the even digit, as printf has it; toFixed() rounds it up.
     function inHundredths(gain: real): string {
-        const isHalf = gain * 8 % 2 === 1;
+        const isHalf = Math.abs(gain * 8) % 2 === 1;
         return (isHalf ? Math.round(gain * 50) / 50 : gain).toFixed(2);
     }
 

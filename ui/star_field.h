@@ -42,9 +42,6 @@ class StarField : public QQuickItem
     /// The opacity in which each star is drawn now.
     std::vector<double> opacities() const;
 
-    /// Where the middle of a star is, in points.
-    QPointF place(const Star &star) const { return {star.x * width(), star.y * height()}; }
-
   Q_SIGNALS:
     void twinkleChanged();
     void restfulChanged();

@@ -1,10 +1,10 @@
+#include "tests/ui/oscillator.h"
 #include "ui/spring.h"
 
 #include <QSignalSpy>
 #include <gtest/gtest.h>
 
-#include <cmath>
-#include <numbers>
+#include <algorithm>
 
 namespace tolvenary::test
 {
@@ -31,19 +31,7 @@ class Motion : public testing::Test
     Spring spring;
 };
 
-/// The same oscillator, stepped in small steps: x'' = -k (x - target) - c x', with k and c of a unit mass.
-double stepped(double offset, double speed, double seconds)
-{
-    const double undamped = 2 * std::numbers::pi / 0.2;
-    const double stiffness = undamped * undamped;
-    const double damping = 2 * 0.7 * undamped;
-    constexpr double step = 1e-6;
-    for (double t = 0; t < seconds; t += step) {
-        speed += (-stiffness * offset - damping * speed) * step;
-        offset += speed * step;
-    }
-    return offset;
-}
+constexpr Oscillator sameOscillator{0.2, 0.7};
 
 } // namespace
 
@@ -57,7 +45,8 @@ TEST_F(Motion, followsTheDampedOscillatorOfItsResponse)
 {
     spring.setTarget(0.96);
     for (const int milliseconds : {10, 40, 80, 150})
-        EXPECT_NEAR(after(milliseconds), 0.96 + stepped(0.04, 0, milliseconds / 1000.0), 1e-5) << milliseconds;
+        EXPECT_NEAR(after(milliseconds), 0.96 + stepped(sameOscillator, 0.04, 0, milliseconds / 1000.0), 1e-5)
+            << milliseconds;
 }
 
 TEST_F(Motion, swingsPastItsTargetOnce)
@@ -86,7 +75,7 @@ TEST_F(Motion, aNewTargetTakesOverPlaceAndSpeed)
     after(30);
     spring.setTarget(1);
     EXPECT_DOUBLE_EQ(spring.value(), place);
-    EXPECT_NEAR(after(20), 1 + stepped(place - 1, speed, 0.020), 1e-4);
+    EXPECT_NEAR(after(20), 1 + stepped(sameOscillator, place - 1, speed, 0.020), 1e-4);
 }
 
 TEST_F(Motion, theSameTargetAgainMovesNothing)

@@ -121,6 +121,13 @@ void PickerModel::bringInOrder(const std::vector<Row> &rows)
             endMoveRows();
         }
     }
+    // Of several rows with one identity, those that the new ones have no room for.
+    const int wanted = static_cast<int>(rows.size());
+    if (count() == wanted)
+        return;
+    beginRemoveRows({}, wanted, count() - 1);
+    m_rows.resize(rows.size());
+    endRemoveRows();
 }
 
 void PickerModel::updateSelectedRow()

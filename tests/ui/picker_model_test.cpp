@@ -87,6 +87,15 @@ TEST_F(Applications, rowsThatStayAreNeitherRemovedNorMadeAnew)
     EXPECT_EQ(resets.count(), 0);
 }
 
+TEST_F(Applications, ofTwoRowsForOneProcessTheOtherGoesWithItsApplication)
+{
+    rows.setApplications({application(1, "a"), application(1, "also a"), application(2, "b")});
+    ASSERT_EQ(rows.texts(), (QStringList{"— pick an app —", "a", "also a", "b"}));
+    rows.setApplications({application(1, "a"), application(2, "b")});
+    EXPECT_EQ(rows.texts(), (QStringList{"— pick an app —", "a", "b"}));
+    EXPECT_EQ(rows.count(), 3);
+}
+
 TEST_F(Applications, theSameListAgainMovesNothing)
 {
     rows.setApplications({application(1, "a"), application(2, "b")});

@@ -56,6 +56,16 @@ TEST_F(AppStreamOutputFailure, aDescriptionThatIsNoFormatIsDropped)
     expectDropped(m_sample);
 }
 
+TEST_F(AppStreamOutputFailure, aSampleWithoutAFormatIsDroppedWhateverItsCount)
+{
+    m_sample.numSamples = -1;
+    m_sample.formatDescription->streamBasicDescription = AudioStreamBasicDescription();
+    expectDropped(m_sample);
+    m_delivered.clear();
+    m_sample.formatDescription.reset();
+    expectDropped(m_sample);
+}
+
 TEST_F(AppStreamOutputFailure, aSampleOfNoSamplesIsDropped)
 {
     m_sample.numSamples = 0;

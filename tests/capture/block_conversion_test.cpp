@@ -24,6 +24,11 @@ TEST(OutputCapacity, theLargestCountThatFitsIsStillOne)
               std::numeric_limits<std::uint32_t>::max());
 }
 
+TEST(OutputCapacity, whatIsLessThanNoneByLessThanAFrameIsNone)
+{
+    EXPECT_EQ(outputCapacity(-65, 2, 1), 0U); // half a frame less
+}
+
 TEST(OutputCapacityDeathTest, aCapacityThatIsNo32BitCountStopsTheProgram)
 {
     testing::FLAGS_gtest_death_test_style = "threadsafe";
@@ -31,6 +36,7 @@ TEST(OutputCapacityDeathTest, aCapacityThatIsNo32BitCountStopsTheProgram)
                 "");
     EXPECT_EXIT(outputCapacity(48000, 0, 512), testing::KilledBySignal(SIGABRT), "") << "infinite";
     EXPECT_EXIT(outputCapacity(0, 0, 512), testing::KilledBySignal(SIGABRT), "") << "not a number";
+    EXPECT_EXIT(outputCapacity(-33, 1, 1), testing::KilledBySignal(SIGABRT), "") << "one less than none";
     EXPECT_EXIT(outputCapacity(-48000, 48000, 512), testing::KilledBySignal(SIGABRT), "") << "negative";
 }
 

@@ -88,6 +88,24 @@ TEST_F(TapBufferConversionTest, aCycleShorterThanAFrameDeliversNothing)
     EXPECT_THAT(m_delivered, IsEmpty());
 }
 
+TEST_F(TapBufferConversionTest, aCycleOfOneFrameIsDelivered)
+{
+    run(standardFormat());
+    cycle({AudioBuffer{1, 4, m_left.data()}, AudioBuffer{1, 4, m_right.data()}});
+    ASSERT_EQ(m_delivered.size(), 1U);
+    EXPECT_THAT(channelOf(*m_delivered[0], 0), ElementsAre(1));
+    EXPECT_THAT(channelOf(*m_delivered[0], 1), ElementsAre(5));
+}
+
+TEST_F(TapBufferConversionTest, theFirstBufferAloneTellsHowManyFramesThereAre)
+{
+    run(standardFormat());
+    cycle({AudioBuffer{1, 8, m_left.data()}, bufferOf(m_right)});
+    ASSERT_EQ(m_delivered.size(), 1U);
+    EXPECT_THAT(channelOf(*m_delivered[0], 0), ElementsAre(1, 2));
+    EXPECT_THAT(channelOf(*m_delivered[0], 1), ElementsAre(5, 6));
+}
+
 TEST_F(TapBufferConversionTest, bytesBehindTheLastWholeFrameAreIgnored)
 {
     run(pcmFormat(48000, 2, 32, kAudioFormatFlagIsFloat | kAudioFormatFlagIsPacked)); // 8 bytes a frame

@@ -6,6 +6,9 @@
 #include <QQuickWindow>
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <optional>
+
 namespace tolvenary::test
 {
 
@@ -50,6 +53,31 @@ TEST_F(Application, theDeviceIsThereBeforeTheApplicationsAreListed)
     EXPECT_TRUE(app.coordinator().selectedBlackHole().has_value());
     platform.shareableContent().applications.deliver();
     processEvents();
+}
+
+TEST_F(Application, aMixThatRunsEndsWithItAsByStop)
+{
+    platform.shareableContent().applications.set(std::vector<SCRunningApplication>{{"mpv", 9, "mpv"}});
+    plugInDevice();
+    std::optional<TolvenaryApp> app(platform);
+    ASSERT_TRUE(app->show());
+    ASSERT_TRUE(waitUntil([&] { return app->coordinator().availableApps().size() == 1; }));
+    app->coordinator().setSelectedAppID(9);
+    // What the system is asked for while a mix is being ended in that way.
+    const auto callsOf = [&](const std::function<void()> &end) {
+        app->coordinator().start();
+        EXPECT_TRUE(waitUntil([&] { return app->coordinator().isRunning(); }));
+        EXPECT_TRUE(platform.holdsAnything());
+        const auto before = static_cast<std::ptrdiff_t>(platform.calls().log().size());
+        end();
+        const auto &calls = platform.calls().log();
+        return std::vector(calls.begin() + before, calls.end());
+    };
+    const auto byStop = callsOf([&] { app->coordinator().teardown(); });
+    const auto byTheEnd = callsOf([&] { app.reset(); });
+    EXPECT_GT(byStop.size(), 4U);
+    EXPECT_EQ(byTheEnd, byStop);
+    EXPECT_FALSE(platform.holdsAnything());
 }
 
 TEST_F(Application, theWindowIsNeverSmallerThanItsLeastSizeAndMayBeLarger)

@@ -132,6 +132,8 @@ CardSection {
         markdown: qsTr("In Discord, set Input to **%1**.")
         argument: card.coordinator.selectedBlackHole ? card.coordinator.selectedBlackHole.name : "BlackHole"
         color: Theme.white(0.7)
+        // A device may have a long name; more lines would push the controls out of a window of the least size.
+        lines: 3
         Accessible.role: Accessible.StaticText
         Accessible.name: text
     }

@@ -1,3 +1,4 @@
+#include "tests/core/event_loop.h"
 #include "tests/ui/print_qt.h"
 #include "tests/ui/support/stage_window.h"
 #include "ui/cosmic_gradient.h"
@@ -242,6 +243,28 @@ TEST_F(PanelLook, everyPickerIsGlassWithChevrons)
     }
 }
 
+TEST_F(PanelLook, theChosenRowOfAnOpenListLiesOverTheButton)
+{
+    shown->openApplicationPicker();
+    const auto boxOf = [](const QQuickItem &item) { return item.mapRectToScene(item.boundingRect()); };
+    const QRectF button = boxOf(at({"appPicker"}));
+    const auto *menu = at({"appPicker"}).property("menu").value<QObject *>();
+    const auto *list = menu->property("list").value<QQuickItem *>();
+    ASSERT_NE(list, nullptr);
+    const QRectF back = boxOf(*menu->property("background").value<QQuickItem *>());
+    EXPECT_EQ(back, QRectF(button.left() - 12, button.top() - 5 - 2 * 23, button.width() + 17, 3 * 23 + 10));
+    const auto *row = list->property("currentItem").value<QQuickItem *>();
+    ASSERT_NE(row, nullptr);
+    EXPECT_EQ(row->property("text").toString(), "Firefox");
+    EXPECT_EQ(boxOf(*row).top(), button.top());
+    EXPECT_EQ(row->height(), 23);
+    const auto *words = firstOf<TextLabel>(*row);
+    ASSERT_NE(words, nullptr);
+    EXPECT_EQ(boxOf(*words).topLeft(), boxOf(at({"appPicker", "text"})).topLeft());
+    expectColor(*words, "color", white(1));
+    expectSymbol(*row, "checkmark", {white(1)});
+}
+
 TEST_F(PanelLook, theOutputCardShowsAGreenDotThatGlowsAndAHint)
 {
     EXPECT_TRUE(at({"foundRow"}).isVisible());
@@ -250,6 +273,26 @@ TEST_F(PanelLook, theOutputCardShowsAGreenDotThatGlowsAndAHint)
     expectSymbol(at({"refreshDevices"}), "arrow.clockwise", {white(0.9)});
     expectText({"hint"}, "In Discord, set Input to BlackHole 2ch.", typography.caption(), white(0.7));
     EXPECT_EQ(at({"hint"}).property("markdown").toString(), QString("In Discord, set Input to **%1**."));
+}
+
+TEST_F(PanelLook, theHintTellsALongNameInSeveralLinesAndAnEndlessOneInThree)
+{
+    const QQuickItem &hint = at({"hint"});
+    const auto select = [this](const QString &name) {
+        BlackHoleDevice device = stage.coordinator().selectedBlackHole().value();
+        device.name = name.toStdString();
+        stage.coordinator().setSelectedBlackHole(device);
+    };
+    EXPECT_EQ(hint.property("lineCount").toInt(), 1);
+    const double before = at({"outputCard"}).height();
+    select("BlackHole" + QString(" of a long name").repeated(7));
+    EXPECT_EQ(hint.property("lineCount").toInt(), 2);
+    EXPECT_FALSE(hint.property("truncated").toBool());
+    EXPECT_TRUE(waitUntil([&] { return at({"outputCard"}).height() == before + 13; }));
+    select("BlackHole" + QString(" of a long name").repeated(1000));
+    EXPECT_EQ(hint.property("lineCount").toInt(), 3);
+    EXPECT_TRUE(hint.property("truncated").toBool());
+    EXPECT_EQ(at({"devicePicker"}).height(), 23);
 }
 
 TEST_F(PanelLook, withoutADeviceTheOutputCardShowsAnOrangeDotThatDoesNotGlowAndHowToComeByOne)

@@ -20,10 +20,15 @@ void DeviceRows::setDevices(const QVariantList &devices)
     takeOver(std::move(rows));
 }
 
+// A device that has another name by now is another choice: the one that was made is kept as it was, and to choose the
+// row again is how to take the new name over.
 std::optional<QString> DeviceRows::identityOf(const QVariant &selection) const
 {
-    const QVariant id = selection.toMap().value(QStringLiteral("id"));
-    return id.isValid() ? std::optional(id.toString()) : std::nullopt;
+    const QVariantMap chosen = selection.toMap();
+    for (const QVariant &device : m_devices)
+        if (device.toMap() == chosen)
+            return chosen.value(QStringLiteral("id")).toString();
+    return std::nullopt;
 }
 
 } // namespace tolvenary

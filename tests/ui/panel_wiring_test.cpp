@@ -4,6 +4,7 @@
 #include "ui/picker_model.h"
 
 #include <QQuickWindow>
+#include <QtTest/qtestkeyboard.h>
 #include <QtTest/qtestmouse.h>
 #include <gtest/gtest.h>
 
@@ -25,12 +26,13 @@ class PanelWiring : public testing::Test
         return *item;
     }
 
-    void click(const QString &name)
+    QPoint middleOf(const QString &name)
     {
         const QQuickItem &item = at(name);
-        const QPointF middle = item.mapToScene(QPointF(item.width() / 2, item.height() / 2));
-        QTest::mouseClick(&shown.window(), Qt::LeftButton, {}, middle.toPoint());
+        return item.mapToScene(QPointF(item.width() / 2, item.height() / 2)).toPoint();
     }
+
+    void click(const QString &name) { QTest::mouseClick(&shown.window(), Qt::LeftButton, {}, middleOf(name)); }
 
     /// Chooses that row of a picker's list.
     void choose(const QString &picker, int row)
@@ -114,6 +116,20 @@ TEST_F(PanelWiring, thePickersFollowTheSelections)
     EXPECT_EQ(at("hint").property("text").toString(), "In Discord, set Input to BlackHole.");
 }
 
+TEST_F(PanelWiring, aDeviceThatWasRenamedCanBeChosenAnewUnderItsName)
+{
+    stage.plugIn({"BlackHole 2ch"});
+    stage.plugIn({"BlackHole renamed"});
+    EXPECT_EQ(at("hint").property("text").toString(), "In Discord, set Input to BlackHole 2ch.");
+    EXPECT_EQ(shown.item("text", &at("devicePicker"))->property("text").toString(), "");
+    QTest::mouseClick(&shown.window(), Qt::LeftButton, {}, middleOf("devicePicker"));
+    ASSERT_TRUE(waitUntil([&] { return at("devicePicker").property("opened").toBool(); }));
+    QTest::keyClick(&shown.window(), Qt::Key_Home);
+    QTest::keyClick(&shown.window(), Qt::Key_Return);
+    EXPECT_EQ(at("hint").property("text").toString(), "In Discord, set Input to BlackHole renamed.");
+    EXPECT_EQ(shown.item("text", &at("devicePicker"))->property("text").toString(), "BlackHole renamed");
+}
+
 TEST_F(PanelWiring, eachSliderWritesItsOwnGain)
 {
     QObject &app = *shown.item("slider", &at("appGain"));
@@ -144,6 +160,26 @@ TEST_F(PanelWiring, theMainButtonStartsAndStopsAndIsDisabledWithoutADevice)
     ASSERT_TRUE(waitUntil([&] { return !stage.coordinator().isRunning(); }));
     EXPECT_EQ(stage.coordinator().status(), "Stopped");
     EXPECT_EQ(at("message").property("text").toString(), "Stopped");
+}
+
+TEST_F(PanelWiring, returnIsAPressOfTheMainButtonWhateverHasTheKeyboard)
+{
+    stage.runApplications(QStringList{"Firefox"});
+    stage.plugIn({"BlackHole 2ch"});
+    stage.pick("Firefox");
+    shown.window().requestActivate();
+    ASSERT_TRUE(waitUntil([&] { return shown.window().isActive(); }));
+    for (const char *name : {"appPicker", "refreshApps", "devicePicker", "refreshDevices", "startButton"}) {
+        SCOPED_TRACE(name);
+        at(name).forceActiveFocus(Qt::TabFocusReason);
+        QTest::keyClick(&shown.window(), Qt::Key_Return);
+        processEvents();
+        EXPECT_TRUE(waitUntil([&] { return stage.coordinator().isRunning(); }));
+        QTest::keyClick(&shown.window(), Qt::Key_Enter);
+        processEvents();
+        EXPECT_TRUE(waitUntil([&] { return !stage.coordinator().isRunning(); }));
+    }
+    EXPECT_EQ(stage.coordinator().status(), "Stopped");
 }
 
 } // namespace tolvenary::test

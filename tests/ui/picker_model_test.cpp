@@ -137,6 +137,20 @@ TEST(Devices, twoOfTheSameNameAreToldApartByTheirIds)
     EXPECT_EQ(rows.tag(1).toMap().value("id").toUInt(), 61U);
 }
 
+TEST(Devices, aDeviceUnderAnotherNameIsAnotherChoice)
+{
+    DeviceRows rows;
+    rows.setDevices({device(60, "BlackHole 2ch"), device(61, "BlackHole 16ch")});
+    rows.setSelection(device(60, "BlackHole 2ch"));
+    ASSERT_EQ(rows.selectedRow(), 0);
+    rows.setDevices({device(60, "BlackHole renamed"), device(61, "BlackHole 16ch")});
+    EXPECT_EQ(rows.selectedRow(), -1);
+    EXPECT_EQ(rows.selectedText(), "");
+    rows.setSelection(rows.tag(0));
+    EXPECT_EQ(rows.selectedRow(), 0);
+    EXPECT_EQ(rows.selectedText(), "BlackHole renamed");
+}
+
 TEST(Devices, chosenIsTrueForTheSelectedRowAlone)
 {
     DeviceRows rows;

@@ -15,6 +15,7 @@ std::vector<ExpectedBox> boxesOfReady()
         {{"title"}, {22, 44, 142.3, 36}},
         {{"subtitle"}, {22, 82, 209.3, 15}},
         {{"sourceCard"}, {22, 115, 476, 134}},
+        {{"sourceCard", "heading"}, {36, 129, 448, 16}},
         {{"sourceCard", "headingIcon"}, {36, 129, 16, 16}},
         {{"sourceCard", "headingText"}, {60, 130, 78.7, 14}},
         {{"pickerRow"}, {36, 155, 448, 27}},
@@ -31,13 +32,17 @@ std::vector<ExpectedBox> boxesOfReady()
         {{"appGain", "thumb"}, {261, 216, 18, 18}},
         {{"appGain", "readOut"}, {428, 217.5, 56, 15}},
         {{"microphoneCard"}, {22, 267, 476, 74}},
+        {{"microphoneCard", "heading"}, {36, 281, 448, 16}},
         {{"microphoneCard", "headingIcon"}, {36, 281, 11, 16}},
         {{"microphoneCard", "headingText"}, {55, 282, 84, 14}},
         {{"micGain"}, {36, 307, 448, 20}},
         {{"micGain", "slider"}, {124, 307, 292, 20}},
+        {{"micGain", "track"}, {124, 315, 292, 4}},
+        {{"micGain", "filled"}, {124, 315, 146, 4}},
         {{"micGain", "thumb"}, {261, 308, 18, 18}},
         {{"micGain", "readOut"}, {428, 309.5, 56, 15}},
         {{"outputCard"}, {22, 359, 476, 104}},
+        {{"outputCard", "heading"}, {36, 373, 448, 16}},
         {{"outputCard", "headingIcon"}, {36, 373, 20, 16}},
         {{"outputCard", "headingText"}, {64, 374, 145.7, 14}},
         {{"foundRow"}, {36, 399, 448, 27}},
@@ -46,6 +51,7 @@ std::vector<ExpectedBox> boxesOfReady()
         {{"devicePicker", "text"}, {64, 404.5, 87.7, 16}},
         {{"devicePicker", "chevrons"}, {422, 405, 15, 15}},
         {{"refreshDevices"}, {451, 399, 33, 27}},
+        {{"refreshDevices", "symbol"}, {461, 405, 13, 15}},
         {{"hint"}, {36, 436, 182.3, 13}},
         {{"controlRow"}, {22, 481, 476, 36}},
         {{"startButton"}, {22, 481, 136, 36}},
@@ -55,6 +61,16 @@ std::vector<ExpectedBox> boxesOfReady()
         {{"close"}, {8, 8, 12, 12}},
         {{"minimise"}, {28, 8, 12, 12}},
         {{"zoom"}, {48, 8, 12, 12}},
+    };
+}
+
+/// What "Start" and "Idle" take up.
+std::vector<ExpectedBox> boxesOfStoppedWords()
+{
+    return {
+        {{"startButton", "symbol"}, {64.3, 491, 12, 16}},
+        {{"startButton", "text"}, {84.3, 491, 31.3, 16}},
+        {{"bubble", "message"}, {197, 492.5, 17.1, 13}},
     };
 }
 
@@ -123,7 +139,11 @@ std::vector<ExpectedBox> expectedBoxes(const QString &state)
         return boxesOfFailed();
     if (state == "running-900x700")
         return boxesOfLargeWindow();
-    return boxesOfReady();
+    std::vector<ExpectedBox> boxes = boxesOfReady();
+    if (state == "ready")
+        for (const ExpectedBox &box : boxesOfStoppedWords())
+            boxes.push_back(box);
+    return boxes;
 }
 
 std::vector<ExpectedColor> expectedColors(const QString &state)

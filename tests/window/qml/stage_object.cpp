@@ -14,6 +14,12 @@ void StageObject::runProcesses(const QVariantList &applications)
     m_stage.runApplications(std::move(running));
 }
 
+void StageObject::runUnseen(const QString &name)
+{
+    m_stage.platform().shareableContent().applications.set(
+        std::vector<SCRunningApplication>{{name.toStdString(), 7, "some.bundle"}});
+}
+
 void StageObject::runStrangers()
 {
     std::string endless;

@@ -22,6 +22,8 @@ class StageObject : public QObject
     Q_INVOKABLE void runApplications(const QStringList &names) { m_stage.runApplications(names); }
     /// The same with processes of the test's own: a list of maps of "processID" and "applicationName".
     Q_INVOKABLE void runProcesses(const QVariantList &applications);
+    /// An application that runs without anybody having listed it yet.
+    Q_INVOKABLE void runUnseen(const QString &name);
     /// Four programs: "Discord", one whose name is 10 kB long, one whose name is a blank, one
     /// whose name is no text.
     Q_INVOKABLE void runStrangers();

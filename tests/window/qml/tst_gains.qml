@@ -22,7 +22,8 @@ Item {
                 {tag: "three eighths", gain: 0.375, text: "0.38×"},
                 {tag: "thirteen eighths", gain: 1.625, text: "1.62×"},
                 {tag: "two", gain: 2, text: "2.00×"},
-                {tag: "out of range", gain: 2.5, text: "2.50×"}
+                {tag: "out of range", gain: 2.5, text: "2.50×"},
+                {tag: "below zero by an eighth", gain: -0.125, text: "-0.12×"}
             ];
         }
 

@@ -84,7 +84,8 @@ Item {
         }
 
         function test_refreshingAppsFillsThePicker() {
-            stage.runApplications(["Firefox"]);
+            stage.runUnseen("Firefox");
+            compare(stage.coordinator.availableApps.length, 0);
             mouseClick(item("refreshApps"));
             tryVerify(() => stage.coordinator.availableApps.length === 1);
         }

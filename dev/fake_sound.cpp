@@ -38,7 +38,7 @@ void FakeSound::setDevice(bool there)
     devices.clear();
     if (there) {
         FakeDevice device;
-        device.id = 1;
+        device.id = kAudioObjectSystemObject + 1;
         device.name = "BlackHole 2ch";
         device.uid = "blackhole_2ch";
         devices.push_back(device);

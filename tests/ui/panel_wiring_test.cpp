@@ -93,7 +93,7 @@ TEST_F(PanelWiring, thePickersWriteTheSelectionsAndNothingElse)
     stage.plugIn({"BlackHole 2ch", "BlackHole 16ch"});
     choose("appPicker", 2);
     EXPECT_EQ(stage.coordinator().selectedAppID(), 2);
-    EXPECT_EQ(stage.coordinator().selectedBlackHole()->id, 1U);
+    EXPECT_EQ(stage.coordinator().selectedBlackHole(), stage.coordinator().blackHoleDevices().at(0));
     choose("devicePicker", 1);
     EXPECT_EQ(stage.coordinator().selectedBlackHole(), stage.coordinator().blackHoleDevices().at(1));
     EXPECT_EQ(stage.coordinator().selectedAppID(), 2);

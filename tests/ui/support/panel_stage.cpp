@@ -28,7 +28,8 @@ void PanelStage::plugIn(const QStringList &devices)
     m_platform.objects().devices.clear();
     for (const QString &name : devices) {
         FakeDevice device;
-        device.id = static_cast<AudioObjectID>(m_platform.objects().devices.size() + 1);
+        // The object behind the system's own is the first that a device can be.
+        device.id = kAudioObjectSystemObject + 1 + static_cast<AudioObjectID>(m_platform.objects().devices.size());
         device.name = name.toStdString();
         device.uid = "uid-" + std::to_string(device.id);
         m_platform.objects().devices.push_back(device);

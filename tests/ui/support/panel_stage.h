@@ -22,7 +22,7 @@ class PanelStage
     void runApplications(const QStringList &names);
     void runApplications(std::vector<SCRunningApplication> applications);
 
-    /// The devices that are there from now on, with ids from 1 on, found at once.
+    /// The devices that are there from now on, with ids from 2 on, found at once.
     void plugIn(const QStringList &devices);
 
     void pick(const QString &application);

@@ -23,6 +23,15 @@ class TeardownTest : public CoordinatorTest
         EXPECT_EQ(fields.size(), 10);
         return fields;
     }
+    void runAMixAndMoveItsGains()
+    {
+        pickAllAndStart();
+        coordinator().setMicGain(0.5F);
+        coordinator().setAppGain(1.5F);
+        inputCycle(0.1F, 10);
+        tapCycle(0.1F, 20);
+        passTicks(1);
+    }
     /// Calls teardown() and answers how many writes of published fields it announced.
     int announcementsOfTeardown()
     {
@@ -52,12 +61,7 @@ TEST_F(TeardownTest, theMeterGoesFirstThenTheSourcesThenTheOutputAndEachInRevers
 
 TEST_F(TeardownTest, statusCountsGainsAndPicksStay)
 {
-    pickAllAndStart();
-    coordinator().setMicGain(0.5F);
-    coordinator().setAppGain(1.5F);
-    inputCycle(0.1F, 10);
-    tapCycle(0.1F, 20);
-    passTicks(1);
+    runAMixAndMoveItsGains();
     const std::string before = status();
     coordinator().teardown();
     EXPECT_EQ(status(), before);
@@ -88,12 +92,7 @@ TEST_F(TeardownTest, onACoordinatorThatNeverRanNothingHappens)
 
 TEST_F(TeardownTest, ofARunningMixNothingElseIsWrittenThanThatItDoesNotRun)
 {
-    pickAllAndStart();
-    coordinator().setMicGain(0.5F);
-    coordinator().setAppGain(1.5F);
-    inputCycle(0.1F, 10);
-    tapCycle(0.1F, 20);
-    passTicks(1);
+    runAMixAndMoveItsGains();
     QVariantMap expected = published();
     expected[QStringLiteral("isRunning")] = false;
     EXPECT_EQ(announcementsOfTeardown(), 1);

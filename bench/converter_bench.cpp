@@ -208,6 +208,7 @@ void compare(int rate)
     const auto &kinds = resamplers();
     std::vector<std::unique_ptr<Resampler>> streams;
     std::vector<Performance> performances(kinds.size());
+    streams.reserve(kinds.size());
     for (const ResamplerKind &kind : kinds)
         streams.push_back(kind.make(rate, target));
     for (std::size_t round = 0; round < rounds; ++round) {

@@ -182,6 +182,7 @@ class Bench
     static Load medianOfNobody(const std::vector<Round> &measured)
     {
         std::vector<double> servers;
+        servers.reserve(measured.size());
         for (const Round &round : measured)
             servers.push_back(round.nobody.server);
         return {.mixers = 0, .server = bench::spread(servers).median, .wakeUps = 0};

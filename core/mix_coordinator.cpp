@@ -1,5 +1,6 @@
 #include "core/mix_coordinator.h"
 
+#include "capture/block_conversion.h"
 #include "core/publish.h"
 #include "platform/platform.h"
 
@@ -17,8 +18,10 @@ constexpr std::uint32_t mixChannels = 2;
 /// In a steady run each source has one or two buffers on their way. The rest is for cycles that the output misses;
 /// there are no more, because what waits longer is late anyway.
 constexpr std::uint32_t poolSlots = 32;
-/// Twice the longest cycle that sound servers are set to, as a conversion may lengthen it.
-constexpr std::size_t poolSlotBytes = std::size_t{16384} * mixChannels * sizeof(float);
+/// Sound servers are set to no longer cycles.
+constexpr std::uint32_t longestCycle = 8192;
+/// Few graphs run below the mix's rate, and none that were seen below half of it.
+constexpr double lowestRate = mixSampleRate / 2;
 
 AVAudioFormat makeMixFormat()
 {
@@ -46,7 +49,10 @@ MixCoordinator::~MixCoordinator() = default;
 
 AVAudioPCMBufferPool &MixCoordinator::pool()
 {
-    return m_pool ? *m_pool : m_pool.emplace(poolSlots, poolSlotBytes);
+    if (m_pool)
+        return *m_pool;
+    const std::size_t slotFrames = outputCapacity(mixSampleRate, lowestRate, longestCycle);
+    return m_pool.emplace(poolSlots, slotFrames * mixChannels * sizeof(float));
 }
 
 void MixCoordinator::teardown()

@@ -115,6 +115,15 @@ TEST_F(MicrophoneTest, aFormatThatCannotBeConvertedIsASilentMicrophoneNotAFailur
     EXPECT_EQ(coordinator().micFrames(), 0U);
 }
 
+TEST_F(MicrophoneTest, theLongestCycleOfAGraphAtHalfTheMixesRateIsHeard)
+{
+    units().inputFormat = {24000, 2};
+    pickAllAndStart();
+    ASSERT_TRUE(inputCycle(0.25F, 8192));
+    passTicks(1);
+    EXPECT_THAT(coordinator().micFrames(), Gt(16000U));
+}
+
 TEST_F(MicrophoneTest, aBlockTooLongForAnyBufferIsDroppedAndTheNextIsPlayed)
 {
     pickAllAndStart();

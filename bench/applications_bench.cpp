@@ -2,6 +2,7 @@
 // links into pw-loopback. Rounds are interleaved; what counts is the ratio of the slopes.
 // applications_bench PROGRAM PLAYER [ROUNDS]
 
+#include "bench/process_meter.h"
 #include "bench/report.h"
 #include "tests/session/support/sound_players.h"
 #include "tests/session/support/virtual_devices.h"
@@ -11,7 +12,6 @@
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
-#include <filesystem>
 #include <fstream>
 #include <functional>
 #include <iterator>
@@ -29,35 +29,24 @@ using namespace tolvenary::session;
 using namespace tolvenary::bench;
 
 constexpr std::array counts = {1, 10, 100, 200};
-constexpr int mostLinksOfAPort = 100; // the server adds up 128 at one; beyond, another loopback takes over
+/// A port of the server adds up 128 links. It takes so many loopbacks for the most applications, and there are as many
+/// for fewer, so that what differs are the applications.
+constexpr int loopbacks = 2;
 constexpr auto measured = 4s;
 constexpr double cyclesMeasured = 4.0 * 48000 / 1024;
 
-/// Microseconds of processor time that a thread has used so far, from the scheduler's own count.
-double threadMicroseconds(const std::filesystem::path &task)
-{
-    double nanoseconds = 0;
-    std::ifstream(task / "schedstat") >> nanoseconds;
-    return nanoseconds / 1000;
-}
-
-std::filesystem::path tasksOf(pid_t process)
-{
-    return "/proc/" + std::to_string(process) + "/task";
-}
-
 double processorMicroseconds(pid_t process)
 {
-    double sum = 0;
-    for (const auto &task : std::filesystem::directory_iterator(tasksOf(process)))
-        sum += threadMicroseconds(task);
-    return sum;
+    return 1e6 * scheduledSeconds(process);
 }
 
 /// Of the main thread alone, where a server does what is not a matter of each cycle.
 double mainThreadMicroseconds(pid_t process)
 {
-    return threadMicroseconds(tasksOf(process) / std::to_string(process));
+    const std::string number = std::to_string(process);
+    double nanoseconds = 0;
+    std::ifstream("/proc/" + number + "/task/" + number + "/schedstat") >> nanoseconds;
+    return nanoseconds / 1000;
 }
 
 struct Cost {
@@ -160,8 +149,7 @@ Cost measurePeer(PrivateSession &session, int count)
 {
     std::vector<std::unique_ptr<ChildProcess>> peers;
     std::vector<pid_t> processes;
-    const int needed = (count + mostLinksOfAPort - 1) / mostLinksOfAPort;
-    for (int i = 0; i < needed; ++i) {
+    for (int i = 0; i < loopbacks; ++i) {
         const std::string name = "peer-" + std::to_string(i);
         peers.push_back(
             session.start({"pw-loopback", "--capture-props={ node.name=" + name + " node.autoconnect=false }",
@@ -172,7 +160,7 @@ Cost measurePeer(PrivateSession &session, int count)
     const SoundGraph graph = SoundGraph::read();
     int index = 0;
     for (const auto &[node, ports] : portsOfMany(graph)) {
-        const std::string name = "peer-" + std::to_string(index++ / mostLinksOfAPort);
+        const std::string name = "peer-" + std::to_string(index++ % loopbacks);
         for (std::size_t side = 0; side < ports.size(); ++side)
             runToEnd({"pw-link", std::to_string(ports[side]),
                       std::to_string(graph.port(name + (side == 0 ? ":input_FL" : ":input_FR"))->id)});

@@ -1,7 +1,7 @@
 // Processor time of the whole path from two sources into the device: the process that mixes and what the sound server
-// has to do for it, beside two pw-loopback that do the same mix. What the server does anyway, for the sources and the
-// speakers, is measured in every round too, and the median is taken off both. load_bench [SECONDS]: in all, for each of
-// the two.
+// has to do for it, beside two pw-loopback that do the same mix. A recorder hears both sources and the device all the
+// time, so that they run as one graph whether or not anybody mixes; what the server does for them is measured before
+// and after each round and taken off both. load_bench [SECONDS]: of each measurement.
 
 #include "bench/loopback_pair.h"
 #include "bench/median.h"
@@ -36,9 +36,9 @@ struct Load {
     double wakeUps = 0;
 };
 
-/// Three in turn: nobody mixes, we mix, the loopbacks mix; in every second round the loopbacks before us.
+/// We mix and the loopbacks mix, in every second round the loopbacks before us; before and after it nobody does.
 struct Round {
-    Load nobody;
+    Load nobody; ///< the mean of before and after, so that a machine that drifts does not count
     Load ours;
     Load theirs;
 };
@@ -54,20 +54,27 @@ double total(const Processes &processes, double (*meter)(pid_t))
 class Bench
 {
   public:
-    explicit Bench(std::chrono::milliseconds measured) : m_measured(measured), m_bed(options()) {}
+    explicit Bench(std::chrono::milliseconds measured)
+        : m_measured(measured),
+          m_bed(options()),
+          m_recorder(m_bed.session(), {"microphone:capture_MONO", applicationPort("player", "FL"), m_bed.monitor("FL")})
+    {
+    }
 
     void run()
     {
+        Loads before = measure({});
         for (int number = 1; number <= rounds; ++number) {
             progress("processor time, round " + std::to_string(number) + " of " + std::to_string(rounds));
-            const auto nobody = measure({});
             const bool weFirst = number % 2 == 1;
             auto ours = weFirst ? measureOurs() : Loads{};
             const auto theirs = measureLoopbacks();
             if (!weFirst)
                 ours = measureOurs();
+            const Loads after = measure({});
             for (std::size_t i = 0; i < quanta.size(); ++i)
-                m_rounds[i].push_back({nobody[i], ours[i], theirs[i]});
+                m_rounds[i].push_back({mean(before[i], after[i]), ours[i], theirs[i]});
+            before = after;
         }
         for (std::size_t i = 0; i < quanta.size(); ++i)
             report(std::to_string(quanta[i]) + " frames a cycle", m_rounds[i]);
@@ -86,18 +93,29 @@ class Bench
         return options;
     }
 
+    static Load mean(const Load &one, const Load &other)
+    {
+        return {.mixers = (one.mixers + other.mixers) / 2,
+                .server = (one.server + other.server) / 2,
+                .wakeUps = (one.wakeUps + other.wakeUps) / 2};
+    }
+
     Load measureOnce(const Processes &mixers)
     {
         const Processes server{m_bed.session().soundServer()};
-        const double mixersBefore = total(mixers, bench::scheduledSeconds);
-        const double serverBefore = total(server, bench::scheduledSeconds);
-        const double wakeUpsBefore = total(mixers, bench::wakeUps);
+        const auto read = [&]() -> Load {
+            return {.mixers = total(mixers, bench::scheduledSeconds),
+                    .server = total(server, bench::scheduledSeconds),
+                    .wakeUps = total(mixers, bench::wakeUps)};
+        };
+        const Load before = read();
         const auto begin = Clock::now();
         std::this_thread::sleep_for(m_measured);
         const double seconds = std::chrono::duration<double>(Clock::now() - begin).count();
-        return {(total(mixers, bench::scheduledSeconds) - mixersBefore) / seconds,
-                (total(server, bench::scheduledSeconds) - serverBefore) / seconds,
-                (total(mixers, bench::wakeUps) - wakeUpsBefore) / seconds};
+        const Load after = read();
+        return {.mixers = (after.mixers - before.mixers) / seconds,
+                .server = (after.server - before.server) / seconds,
+                .wakeUps = (after.wakeUps - before.wakeUps) / seconds};
     }
 
     Loads measure(const Processes &mixers)
@@ -170,26 +188,16 @@ class Bench
                        .unit = unit,
                        .ours = {},
                        .mostRatio = aim};
-        const Load nobody = medianOfNobody(measured);
         for (const Round &round : measured) {
-            row.ours.push_back(figure(round.ours, nobody));
-            row.theirs.push_back(figure(round.theirs, nobody));
+            row.ours.push_back(figure(round.ours, round.nobody));
+            row.theirs.push_back(figure(round.theirs, round.nobody));
         }
         bench::report(row);
     }
 
-    /// It is the same for both in every round, and a slip in one of its rounds would be one in the ratio.
-    static Load medianOfNobody(const std::vector<Round> &measured)
-    {
-        std::vector<double> servers;
-        servers.reserve(measured.size());
-        for (const Round &round : measured)
-            servers.push_back(round.nobody.server);
-        return {.mixers = 0, .server = bench::spread(servers).median, .wakeUps = 0};
-    }
-
     std::chrono::milliseconds m_measured;
     MixBed m_bed;
+    Recorder m_recorder;
     std::array<std::vector<Round>, quanta.size()> m_rounds;
 };
 
@@ -197,9 +205,9 @@ class Bench
 
 int main(int argc, char **argv)
 {
-    const double seconds = argc > 1 ? std::max(1.0, std::atof(argv[1])) : 30;
+    const double seconds = argc > 1 ? std::max(1.0, std::atof(argv[1])) : 10;
     try {
-        Bench(std::chrono::milliseconds(static_cast<int>(1000 * seconds / rounds))).run();
+        Bench(std::chrono::milliseconds(static_cast<int>(1000 * seconds))).run();
     } catch (const std::exception &error) {
         std::fprintf(stderr, "%s\n", error.what());
         return EXIT_FAILURE;

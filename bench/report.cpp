@@ -1,5 +1,6 @@
 #include "bench/report.h"
 
+#include <QDate>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -7,6 +8,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <cstdlib>
 #include <stdexcept>
 
 namespace tolvenary::bench
@@ -26,6 +28,13 @@ QJsonArray arrayOf(const std::vector<double> &values)
 bool areNumbers(const std::vector<double> &values)
 {
     return std::ranges::all_of(values, [](double value) { return std::isfinite(value); });
+}
+
+/// How many wanted a processor in the last minute, this benchmark's own processes among them.
+double machineLoad()
+{
+    double load = 0;
+    return getloadavg(&load, 1) == 1 ? load : 0;
 }
 
 void insert(QJsonObject &object, const char *name, const std::optional<double> &value)
@@ -48,7 +57,9 @@ void report(const Row &row)
                        {QStringLiteral("beside"), QString::fromStdString(row.beside)},
                        {QStringLiteral("unit"), QString::fromStdString(row.unit)},
                        {QStringLiteral("ours"), arrayOf(row.ours)},
-                       {QStringLiteral("theirs"), arrayOf(row.theirs)}};
+                       {QStringLiteral("theirs"), arrayOf(row.theirs)},
+                       {QStringLiteral("date"), QDate::currentDate().toString(Qt::ISODate)},
+                       {QStringLiteral("load"), machineLoad()}};
     insert(object, "mostRatio", row.mostRatio);
     insert(object, "mostOfOurs", row.mostOfOurs);
     insert(object, "leastOfOurs", row.leastOfOurs);

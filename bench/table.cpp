@@ -30,13 +30,16 @@ std::vector<double> numbers(const QJsonValue &array)
     return values;
 }
 
-/// Ours / theirs of each round; none where theirs cost nothing.
+/// Ours / theirs of each round; none where theirs cost nothing in any of them. A share may come out as nothing or less,
+/// as the difference of two measurements.
 std::optional<Spread> ratioOf(const std::vector<double> &ours, const std::vector<double> &theirs)
 {
     std::vector<double> ratios;
-    for (std::size_t i = 0; i < theirs.size(); ++i)
-        if (theirs[i] > 0)
-            ratios.push_back(ours[i] / theirs[i]);
+    for (std::size_t i = 0; i < theirs.size(); ++i) {
+        if (theirs[i] <= 0)
+            return std::nullopt;
+        ratios.push_back(ours[i] / theirs[i]);
+    }
     return ratios.empty() ? std::nullopt : std::optional(spread(ratios));
 }
 
@@ -85,7 +88,7 @@ class Table
         const std::vector<double> theirs = numbers(row.value(QStringLiteral("theirs")));
         if (ours.empty())
             throw std::runtime_error("a row without rounds");
-        startPart(row.value(QStringLiteral("part")).toString());
+        startPart(row);
         const double ourMedian = medianOf(ours);
         const double theirMedian = medianOf(theirs);
         const bool isLogarithm = row.value(QStringLiteral("unit")).toString() == QLatin1String("dB");
@@ -118,13 +121,16 @@ class Table
     }
 
   private:
-    void startPart(const QString &part)
+    void startPart(const QJsonObject &row)
     {
+        const QString part = row.value(QStringLiteral("part")).toString();
         if (part == m_part)
             return;
         m_part = part;
-        std::printf("\n%s\n  %-44s %-26s %-7s %9s %9s  %-24s %s\n", qPrintable(part), "", "beside", "unit", "ours",
-                    "theirs", "ratio", "aim");
+        std::printf("\n%s, measured on %s at load %.1f\n  %-44s %-26s %-7s %9s %9s  %-24s %s\n", qPrintable(part),
+                    qPrintable(row.value(QStringLiteral("date")).toString()),
+                    row.value(QStringLiteral("load")).toDouble(), "", "beside", "unit", "ours", "theirs", "ratio",
+                    "aim");
     }
 
     static void print(const QJsonObject &row, double ours, double theirs, const std::optional<Spread> &ratio,

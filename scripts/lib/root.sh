@@ -15,6 +15,8 @@ make_root() {
     say "a clean root of $1"
     rm -rf "$2"
     mkdir -p "$(dirname "$2")"
+    # What root makes in the project is its owner's to delete and to build in.
+    chown --reference=. build
     mmdebstrap --quiet --variant=minbase "$1" "$2" "$mirror"
 }
 

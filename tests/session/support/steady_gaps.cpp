@@ -43,7 +43,7 @@ using Faults = std::vector<std::size_t>;
 std::string account(const Recording &recording, Stretch stretch, std::size_t fault, std::size_t first, float step)
 {
     std::ostringstream text;
-    text << fault << " frames after the clock began, in";
+    text << fault << " frames after " << (stretch.begin > 0 ? "a jump of the clock" : "the recording began") << ", in";
     for (std::size_t track = first; track < recording.tracks.size(); ++track) {
         const Samples samples = recording.part(track, stretch);
         const auto around = std::span(samples).subspan(fault - 1, std::min(oneFault, samples.size() - fault + 1));

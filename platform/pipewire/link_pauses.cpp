@@ -18,6 +18,7 @@ void LinkPauses::made(const GraphLink &link, Time now)
     Entry &entry = m_pauses[link];
     entry.madeAt = now;
     entry.pause.end();
+    m_lost.erase(link);
 }
 
 void LinkPauses::lost(const GraphLink &link, Time now)
@@ -28,13 +29,13 @@ void LinkPauses::lost(const GraphLink &link, Time now)
     if (now - entry.madeAt >= peace)
         entry.pause.reset();
     entry.pause.begin(now);
+    m_lost.insert(link);
 }
 
 void LinkPauses::recovered(const GraphLink &link)
 {
-    const auto found = m_pauses.find(link);
-    if (found != m_pauses.end())
-        found->second.pause.end();
+    if (m_lost.erase(link) > 0)
+        m_pauses.at(link).pause.end();
 }
 
 bool LinkPauses::isOver(const GraphLink &link, Time now) const
@@ -45,19 +46,20 @@ bool LinkPauses::isOver(const GraphLink &link, Time now) const
 
 bool LinkPauses::isAnyOver(Time now) const
 {
-    return std::ranges::any_of(m_pauses, [now](const auto &entry) { return entry.second.pause.isOver(now); });
+    return std::ranges::any_of(m_lost, [&](const GraphLink &link) { return isOver(link, now); });
 }
 
 void LinkPauses::keep(const std::set<GraphLink> &wanted)
 {
     std::erase_if(m_pauses, [&](const auto &entry) { return !wanted.contains(entry.first); });
+    std::erase_if(m_lost, [&](const GraphLink &link) { return !wanted.contains(link); });
 }
 
 void LinkPauses::forgetPort(GlobalId port)
 {
-    std::erase_if(m_pauses, [port](const auto &entry) {
-        return entry.first.outputPort == port || entry.first.inputPort == port;
-    });
+    const auto isOfPort = [port](const GraphLink &link) { return link.outputPort == port || link.inputPort == port; };
+    std::erase_if(m_pauses, [&](const auto &entry) { return isOfPort(entry.first); });
+    std::erase_if(m_lost, isOfPort);
 }
 
 } // namespace tolvenary

@@ -39,6 +39,7 @@ class LinkPauses
         GrowingPause pause{Time(1)};
     };
     std::map<GraphLink, Entry> m_pauses;
+    std::set<GraphLink> m_lost; ///< whose pause is under way: few of many
 };
 
 } // namespace tolvenary

@@ -19,6 +19,9 @@ struct Linker::Owned {
     void refused(int result);
     void stateChanged(pw_link_state state);
     void removed();
+
+  private:
+    void setAwaited(bool awaited);
 };
 
 namespace
@@ -60,7 +63,7 @@ void Linker::Owned::listen()
 // one will do; ours is asked for again in case that it goes.
 void Linker::Owned::refused(int result)
 {
-    isAwaited = false;
+    setAwaited(false);
     if (result == -EEXIST)
         isLost = true;
     else
@@ -70,7 +73,7 @@ void Linker::Owned::refused(int result)
 
 void Linker::Owned::stateChanged(pw_link_state state)
 {
-    isAwaited = state >= PW_LINK_STATE_INIT && state < PW_LINK_STATE_PAUSED;
+    setAwaited(state >= PW_LINK_STATE_INIT && state < PW_LINK_STATE_PAUSED);
     // A link that failed may still succeed, when the other side offers another format.
     isLost = state == PW_LINK_STATE_ERROR;
     if (state != PW_LINK_STATE_ERROR)
@@ -88,9 +91,15 @@ void Linker::Owned::removed()
     if (status != noErr || isLost)
         return;
     status = -ENOLINK;
-    isAwaited = false;
+    setAwaited(false);
     isLost = true;
     linker.m_changed();
+}
+
+void Linker::Owned::setAwaited(bool awaited)
+{
+    isAwaited = awaited;
+    linker.m_awaitedInputs.reset();
 }
 
 Linker::Linker(pw_core *core, std::function<void()> changed) : m_core(core), m_changed(std::move(changed)) {}
@@ -99,6 +108,7 @@ Linker::~Linker() = default;
 
 void Linker::setWanted(const std::set<GraphLink> &wanted, LinkPauses::Time now)
 {
+    m_awaitedInputs.reset();
     m_pauses.keep(wanted);
     for (const auto &[link, owned] : m_owned) {
         if (owned->isLost)
@@ -123,14 +133,17 @@ void Linker::setWanted(const std::set<GraphLink> &wanted, LinkPauses::Time now)
 
 void Linker::forgetPort(GlobalId port)
 {
+    m_awaitedInputs.reset();
     m_pauses.forgetPort(port);
     std::erase_if(
         m_owned, [port](const auto &entry) { return entry.first.outputPort == port || entry.first.inputPort == port; });
 }
 
-std::set<GlobalId> Linker::awaitedInputs() const
+const std::set<GlobalId> &Linker::awaitedInputs()
 {
-    std::set<GlobalId> inputs;
+    if (m_awaitedInputs)
+        return *m_awaitedInputs;
+    std::set<GlobalId> &inputs = m_awaitedInputs.emplace();
     for (const auto &[link, owned] : m_owned) {
         if (owned->status == noErr && owned->isAwaited)
             inputs.insert(link.inputPort);

@@ -8,6 +8,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <set>
 
 namespace tolvenary
@@ -35,7 +36,7 @@ class Linker
 
     /// Input ports of links that were asked for and are not made yet: their programs, or the server, have still to
     /// agree.
-    std::set<GlobalId> awaitedInputs() const;
+    const std::set<GlobalId> &awaitedInputs();
 
     /// Why nothing passes the link; -EINPROGRESS while its ends have still to agree, noErr when they have, or for a
     /// link that is not ours. A link that the server refused is not tried again as long as it is wanted, which it is
@@ -49,6 +50,8 @@ class Linker
     pw_core *m_core;
     std::function<void()> m_changed;
     std::map<GraphLink, std::unique_ptr<Owned>> m_owned;
+    /// Empty when it has to be reckoned anew: hundreds of links are asked for many times a second, and seldom change.
+    std::optional<std::set<GlobalId>> m_awaitedInputs;
     LinkPauses m_pauses;
 };
 

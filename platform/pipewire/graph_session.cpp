@@ -74,7 +74,7 @@ void GraphSession::update()
 {
     if (m_connection.isResponsive())
         m_nodes.remakeEnded(m_connection.core());
-    keepProbe();
+    keepProbes();
     if (m_registry)
         m_registry->watchCycles(m_watch.verdict().asksWhoStands);
     const GraphNode *source = microphone();
@@ -136,37 +136,49 @@ void GraphSession::letGo(std::optional<GlobalId> id, std::shared_ptr<void> ours)
 void GraphSession::nodesChanged()
 {
     m_watch = {};
-    keepProbe();
+    keepProbes();
     m_connection.setTicking(m_nodes.isMixing());
     update();
 }
 
-void GraphSession::keepProbe()
+// One for each stream that is tried, and no other.
+void GraphSession::keepProbes()
 {
-    const bool isWanted = !m_watch.verdict().heldStreams.empty();
-    if (isWanted == (m_probe != nullptr))
-        return;
-    if (!isWanted) {
-        m_nodes.remove(*m_probe);
-        const std::optional<GlobalId> id = m_probe->nodeId();
-        return letGo(id, std::exchange(m_probe, nullptr));
+    const StallWatch::Streams &tried = m_watch.verdict().tried;
+    for (auto probe = m_probes.begin(); probe != m_probes.end();) {
+        if (tried.contains(probe->first)) {
+            ++probe;
+            continue;
+        }
+        m_nodes.remove(*probe->second);
+        const std::optional<GlobalId> id = probe->second->nodeId();
+        letGo(id, std::move(probe->second));
+        probe = m_probes.erase(probe);
     }
-    const NodeSpec spec{
-        "com.tolvenary.probe", "Tolvenary", m_group, "Capture", {{PortDirection::input, port_names::mono}}};
-    m_probe = std::make_shared<FilterNode>(
-        spec, [](const Cycle &) {}, [this] { m_connection.scheduleUpdate(); });
-    m_nodes.add(*m_probe, ProbeRole{});
-    if (m_connection.core() != nullptr)
-        m_probe->realize(m_connection.core());
+    for (const GlobalId stream : tried) {
+        if (!m_probes.contains(stream))
+            m_probes.emplace(stream, makeProbe(stream));
+    }
 }
 
-bool GraphSession::isTrialLinked() const
+std::shared_ptr<FilterNode> GraphSession::makeProbe(GlobalId stream)
 {
-    const std::optional<GlobalId> probe = m_probe ? m_probe->nodeId() : std::nullopt;
-    const std::optional<GlobalId> stream = m_watch.verdict().tried;
-    if (!probe || !stream || m_linker == nullptr)
+    const NodeSpec spec{
+        "com.tolvenary.probe", "Tolvenary", m_group, "Capture", {{PortDirection::input, port_names::mono}}};
+    auto probe = std::make_shared<FilterNode>(
+        spec, [](const Cycle &) {}, [this] { m_connection.scheduleUpdate(); });
+    m_nodes.add(*probe, ProbeRole{stream});
+    if (m_connection.core() != nullptr)
+        probe->realize(m_connection.core());
+    return probe;
+}
+
+bool GraphSession::isLinked(GlobalId stream, const FilterNode &probe) const
+{
+    const std::optional<GlobalId> id = probe.nodeId();
+    if (!id || m_linker == nullptr)
         return false;
-    return std::ranges::any_of(m_graph.linksBetween(*stream, *probe),
+    return std::ranges::any_of(m_graph.linksBetween(stream, *id),
                                [this](const GraphLink &link) { return m_linker->statusOf(link) == noErr; });
 }
 
@@ -181,8 +193,10 @@ void GraphSession::tick()
 {
     // The output's cycles are read last, so that a delay in between does not make it look as if it alone stood still.
     StallWatch::Progress progress;
-    progress.probe = m_nodes.cyclesOf<ProbeRole>();
-    progress.isTrialLinked = isTrialLinked();
+    for (const auto &[stream, probe] : m_probes) {
+        if (isLinked(stream, *probe))
+            progress.probes[stream] = probe->cycles();
+    }
     progress.unfinished = unfinished();
     progress.tap = m_nodes.cyclesOf<TapRole>();
     progress.microphone = m_nodes.cyclesOf<InputRole>();

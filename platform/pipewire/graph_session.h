@@ -96,8 +96,9 @@ class GraphSession final : private Connection::Observer
     void tick() override;
 
     void nodesChanged();
-    void keepProbe();
-    bool isTrialLinked() const;
+    void keepProbes();
+    std::shared_ptr<FilterNode> makeProbe(GlobalId stream);
+    bool isLinked(GlobalId stream, const FilterNode &probe) const;
     std::optional<std::set<GlobalId>> unfinished() const;
     std::set<GlobalId> awaitedNodes() const;
     LinkWishes wishes() const { return m_nodes.wishes(m_watch.verdict()); }
@@ -110,7 +111,7 @@ class GraphSession final : private Connection::Observer
     Graph m_graph;
     ObjectIds m_ids;
     OwnNodes m_nodes;
-    std::shared_ptr<FilterNode> m_probe; ///< there while a stream is held
+    std::map<GlobalId, std::shared_ptr<FilterNode>> m_probes; ///< one for each stream that is tried
     std::vector<std::shared_ptr<void>> m_leaving;
     std::set<GraphWatcher *> m_watchers;
     std::unique_ptr<Registry> m_registry;

@@ -13,7 +13,8 @@ namespace tolvenary
 /// The server makes links one after the other, and each waits until the programs at its ends have agreed on a format.
 /// A program that hangs never answers, and whatever is to be linked after its microphone, the applications and the
 /// order of the nodes, waits with it. So a microphone that is not linked within two seconds is held back, which lets
-/// the others pass, and tried again after pauses that grow, because each attempt may hold up new links.
+/// the others pass, and tried again after pauses that grow: each attempt may hold up new links, and costs the server
+/// descriptors that the program does not take.
 ///
 /// Pure logic: fed with the present state, answers whether to hold. Control thread.
 class MicrophoneHold
@@ -33,7 +34,7 @@ class MicrophoneHold
   private:
     std::optional<std::uint64_t> m_microphone;
     std::optional<Time> m_awaitedSince;
-    GrowingPause m_pause{Time(2)};
+    GrowingPause m_pause{Time(2), Time(256)};
 };
 
 } // namespace tolvenary

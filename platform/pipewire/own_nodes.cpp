@@ -94,8 +94,8 @@ LinkWishes OwnNodes::wishes(const StallWatch::Verdict &verdict) const
         else if (const auto *input = std::get_if<InputRole>(&role))
             wishes.inputs.push_back({*id, verdict.isMicrophoneInOrder, input->change.set(), input->change.leaving(),
                                      input->hold.isHolding()});
-        else if (std::holds_alternative<ProbeRole>(role) && verdict.tried)
-            wishes.probes.push_back({*id, *verdict.tried});
+        else if (const auto *probe = std::get_if<ProbeRole>(&role))
+            wishes.probes.push_back({*id, probe->stream});
     }
     return wishes;
 }

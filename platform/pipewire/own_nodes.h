@@ -33,6 +33,7 @@ struct StreamRole {
 };
 /// A stream that hung is tried on it: nobody waits for it or hears it.
 struct ProbeRole {
+    GlobalId stream = 0;
 };
 using NodeRole = std::variant<OutputRole, InputRole, TapRole, StreamRole, ProbeRole>;
 

@@ -193,6 +193,7 @@ void Registry::globalRemoved(GlobalId id)
 {
     m_removed(id);
     m_bound.erase(id);
+    m_hasFinished.erase(id);
     if (id == m_defaults)
         m_defaults.reset();
     if (id == m_profiler)

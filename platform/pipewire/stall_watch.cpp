@@ -16,9 +16,12 @@ constexpr std::uint64_t runsForGood = 8; // a link that has just been agreed on 
 constexpr StallWatch::Time longestLateness{0.2};
 /// How long the server may take to tell who stands.
 constexpr StallWatch::Time longestStandstill{1};
+/// Of a trial that others wait for; by itself it lasts until the stream runs. A program that hangs does not take what
+/// the server sends it for each new link, descriptors among it, and the server would run out of them.
 constexpr StallWatch::Time longestTrial{2};
+constexpr std::size_t mostTrials = 16;      // each costs a node
 constexpr StallWatch::Time firstRest{0.25}; // it may just have been late
-constexpr StallWatch::Time longestRest{2};  // a trial disturbs nobody, and who goes on wants to be heard
+constexpr StallWatch::Time longestRest{256};
 
 } // namespace
 
@@ -35,9 +38,9 @@ const StallWatch::Verdict &StallWatch::tick(const Progress &progress, const Stre
 void StallWatch::forget(GlobalId stream)
 {
     m_verdict.heldStreams.erase(stream);
-    m_retries.erase(stream);
-    if (m_verdict.tried == stream)
-        m_verdict.tried.reset();
+    m_verdict.tried.erase(stream);
+    m_trials.erase(stream);
+    m_rests.erase(stream);
 }
 
 void StallWatch::forgetAllBut(const Streams &streams)
@@ -100,35 +103,58 @@ void StallWatch::holdAll(const Progress &progress, const Streams &streams, Time 
 
 void StallWatch::hold(GlobalId stream, Time now)
 {
-    m_retries.try_emplace(stream, firstRest, longestRest).first->second.begin(now);
+    m_rests.try_emplace(stream, firstRest, longestRest).first->second.begin(now);
     m_verdict.heldStreams.insert(stream);
 }
 
 void StallWatch::tryHeld(const Progress &progress, Time now)
 {
-    if (!m_verdict.tried) {
-        m_verdict.tried = dueForTrial(now);
-        m_trialSince = now;
-        m_probeMark.reset();
-        return;
-    }
-    if (!m_probeMark && progress.isTrialLinked)
-        m_probeMark = progress.probe;
-    if (m_probeMark && progress.probe >= *m_probeMark + runsForGood) {
-        m_verdict.heldStreams.erase(*m_verdict.tried);
-        m_retries.erase(*m_verdict.tried);
-        m_verdict.tried.reset();
-    } else if (now - m_trialSince >= longestTrial) {
-        hold(*m_verdict.tried, now);
-        m_verdict.tried.reset();
+    endTrials(progress, now);
+    while (m_trials.size() < mostTrials) {
+        const std::optional<GlobalId> next = dueForTrial(now);
+        if (!next)
+            return;
+        m_rests.at(*next).end();
+        m_trials.emplace(*next, Trial{now, {}});
+        m_verdict.tried.insert(*next);
     }
 }
 
-// Who has waited longest: a trial of one that hangs takes longer than the rest of many another.
+void StallWatch::endTrials(const Progress &progress, Time now)
+{
+    const Streams tried = m_verdict.tried;
+    for (const GlobalId stream : tried) {
+        if (hasPassed(stream, progress)) {
+            forget(stream);
+        } else if (m_trials.size() == mostTrials && now - m_trials.at(stream).since >= longestTrial &&
+                   dueForTrial(now)) {
+            m_trials.erase(stream);
+            m_verdict.tried.erase(stream);
+            hold(stream, now);
+        }
+    }
+}
+
+bool StallWatch::hasPassed(GlobalId stream, const Progress &progress)
+{
+    const auto probe = progress.probes.find(stream);
+    if (probe == progress.probes.end())
+        return false;
+    Trial &trial = m_trials.at(stream);
+    if (!trial.mark)
+        trial.mark = probe->second;
+    return probe->second >= *trial.mark + runsForGood;
+}
+
+// Who has waited longest.
 std::optional<GlobalId> StallWatch::dueForTrial(Time now) const
 {
-    const auto next = std::ranges::min_element(m_retries, {}, [](const auto &entry) { return entry.second.endsAt(); });
-    return next != m_retries.end() && next->second.isOver(now) ? std::optional(next->first) : std::nullopt;
+    std::optional<GlobalId> due;
+    for (const auto &[stream, rest] : m_rests) {
+        if (rest.isOver(now) && (!due || rest.endsAt() < m_rests.at(*due).endsAt()))
+            due = stream;
+    }
+    return due;
 }
 
 void StallWatch::mark(const Progress &progress, Time now)

@@ -15,9 +15,8 @@ namespace tolvenary
 /// A node runs in a cycle only after everything linked into it has. A program that is stopped or hangs never finishes
 /// its own, and so the tap, and by the order link the output, would wait for ever: the microphone would be gone because
 /// some player froze. The watch sees that they stand still, asks the server which nodes have not finished their cycle,
-/// and holds back those of them that the tap hears. Now and then one is tried again, on a node of its own: whatever is
-/// linked into the tap is missing while that stands. Where the server does not tell, all streams are held back, and
-/// come in again by such trials.
+/// and holds back those of them that the tap hears. Each is tried on a probe, a node of its own that nobody waits for,
+/// until that runs. Where the server does not tell, all streams are held back, and come in again by such trials.
 ///
 /// Pure logic: fed with counts, answers with a verdict. Control thread.
 class StallWatch
@@ -31,8 +30,7 @@ class StallWatch
         std::uint64_t microphone = 0;
         std::uint64_t tap = 0;
         std::uint64_t output = 0;
-        std::uint64_t probe = 0;           ///< of the node on which held streams are tried
-        bool isTrialLinked = false;        ///< the stream that is tried plays into it
+        std::map<GlobalId, std::uint64_t> probes; ///< of the probe of each tried stream that plays into one
         std::optional<Streams> unfinished; ///< nodes that had not finished when their cycle was over; once it is told
     };
 
@@ -40,8 +38,8 @@ class StallWatch
         bool isMicrophoneInOrder = true;
         bool isTapInOrder = true;
         Streams heldStreams;
-        std::optional<GlobalId> tried; ///< that one of them which is to play into the probe
-        bool asksWhoStands = false;    ///< the server is to tell who has not finished
+        Streams tried;              ///< those of them that are each to play into a probe
+        bool asksWhoStands = false; ///< the server is to tell who has not finished
 
         friend bool operator==(const Verdict &, const Verdict &) = default;
     };
@@ -61,6 +59,8 @@ class StallWatch
     void holdAll(const Progress &progress, const Streams &streams, Time now);
     void hold(GlobalId stream, Time now);
     void tryHeld(const Progress &progress, Time now);
+    void endTrials(const Progress &progress, Time now);
+    bool hasPassed(GlobalId stream, const Progress &progress);
     std::optional<GlobalId> dueForTrial(Time now) const;
     void mark(const Progress &progress, Time now);
 
@@ -68,9 +68,12 @@ class StallWatch
     Progress m_microphoneMark; ///< when it or the output was last seen to run
     Progress m_mark;           ///< when the tap was last seen to run
     std::optional<Time> m_markedAt;
-    Time m_trialSince{};
-    std::optional<std::uint64_t> m_probeMark;   ///< where the probe stood when the stream that is tried was linked
-    std::map<GlobalId, GrowingPause> m_retries; ///< of those that are held
+    struct Trial {
+        Time since;
+        std::optional<std::uint64_t> mark; ///< where the probe stood when the stream was linked
+    };
+    std::map<GlobalId, Trial> m_trials;
+    std::map<GlobalId, GrowingPause> m_rests; ///< of those that are held; under way until they are tried
 };
 
 } // namespace tolvenary

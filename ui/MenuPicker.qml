@@ -52,8 +52,18 @@ T.ComboBox {
     }
 
     WheelHandler {
+        // A touchpad turns by small parts of a wheel's notch; a row is a whole one.
+        readonly property int notch: 120
+        property real turned: 0
+
         acceptedDevices: PointerDevice.Mouse | PointerDevice.TouchPad
-        onWheel: event => picker.pick(picker.rows.selectedRow - Math.sign(event.angleDelta.y))
+        onWheel: event => {
+            turned += event.angleDelta.y;
+            if (Math.abs(turned) < notch)
+                return;
+            picker.pick(picker.rows.selectedRow - Math.sign(turned));
+            turned %= notch;
+        }
     }
 
     background: GlassShape {

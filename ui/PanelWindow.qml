@@ -37,6 +37,11 @@ Window {
         coordinator: window.coordinator
         actions: window.actions
         cornerRadius: window.blended && window.visibility === Window.Windowed ? Theme.windowRadius : 0
+        // Text that the user enlarges while the window is open must not push Start out of it.
+        onRoomyHeightChanged: {
+            if (Typography.scale > 1 && window.visibility === Window.Windowed)
+                window.height = Math.max(window.height, roomyHeight);
+        }
     }
 
     WindowGrip {

@@ -1,3 +1,4 @@
+#include "tests/core/event_loop.h"
 #include "ui/application_rows.h"
 #include "ui/type_ahead.h"
 
@@ -62,6 +63,14 @@ TEST_F(Typing, aSpaceWithinANameBelongsToIt)
 TEST_F(Typing, whatBeginsNoRowStaysWhereItIs)
 {
     EXPECT_EQ(typeAhead.rowFor("x", 3), 3);
+}
+
+TEST_F(Typing, aPauseEndsTheBeginningAndTheNextLetterIsAnother)
+{
+    typeAhead.rowFor("s", 0);
+    ASSERT_TRUE(typeAhead.isLetter(" "));
+    ASSERT_TRUE(waitUntil([this] { return !typeAhead.isLetter(" "); }));
+    EXPECT_EQ(typeAhead.rowFor("t", 2), 5) << "not the one that begins with st";
 }
 
 TEST_F(Typing, keysThatPrintNothingAreNoLetters)

@@ -129,6 +129,25 @@ TEST_P(MirroredLayout, fromRightToLeftEverythingStandsOnTheOtherSide)
 INSTANTIATE_TEST_SUITE_P(States, MirroredLayout, testing::ValuesIn(referenceStates()),
                          [](const auto &info) { return testName(info.param); });
 
+TEST(TextSize, thatGrowsWhileTheWindowIsOpenMakesItHigher)
+{
+    const QFont before = QGuiApplication::font();
+    PanelStage stage;
+    const ReferenceState state = referenceStates().front();
+    enter(state, stage);
+    StageWindow shown(stage, state.size);
+    QFont large = before;
+    large.setPointSizeF(11 * 1.3);
+    QGuiApplication::setFont(large);
+    QStringList faults;
+    const auto hasRoom = [&] {
+        faults = layoutFaults(shown.window());
+        return shown.window().height() > state.size.height() && faults.isEmpty();
+    };
+    EXPECT_TRUE(waitUntil(hasRoom)) << shown.window().height() << '\n' << faults.join('\n').toStdString();
+    QGuiApplication::setFont(before);
+}
+
 TEST(Letters, areOfTheFontsThatTheSurroundingsHave)
 {
     const bool hasOurs = !qEnvironmentVariableIsSet("FONTCONFIG_FILE");

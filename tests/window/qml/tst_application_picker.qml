@@ -114,6 +114,15 @@ Item {
             compare(shownText(), "— pick an app —");
         }
 
+        function test_aTouchpadsSmallTurnsOnTheClosedPickerAddUpToARow() {
+            stage.runApplications(["Discord", "Firefox", "Spotify"]);
+            for (let part = 0; part < 7; ++part)
+                mouseWheel(item("appPicker"), 20, 10, 0, -30);
+            compare(shownText(), "Discord");
+            mouseWheel(item("appPicker"), 20, 10, 0, -30);
+            compare(shownText(), "Firefox");
+        }
+
         function test_everyRowIsThereInItsOrderBeforeAnyoneScrolls() {
             stage.runApplications(many.slice(30));
             open();

@@ -205,7 +205,7 @@ class Bench
 
 int main(int argc, char **argv)
 {
-    const double seconds = argc > 1 ? std::max(1.0, std::atof(argv[1])) : 10;
+    const double seconds = argc > 1 ? std::max(1.0, std::atof(argv[1])) : 30;
     try {
         Bench(std::chrono::milliseconds(static_cast<int>(1000 * seconds))).run();
     } catch (const std::exception &error) {

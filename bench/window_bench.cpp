@@ -150,6 +150,8 @@ int run(const std::string &program, const std::string &empty, int rounds)
         progress("round " + std::to_string(i + 1) + " of " + std::to_string(rounds));
         for (Subject *subject : subjects)
             round(*subject, session, display);
+        // Each round begins with another: who comes first finds the least in memory.
+        std::ranges::rotate(subjects, subjects.begin() + 1);
     }
 
     const std::string part = "The window";

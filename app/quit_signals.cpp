@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 
 #include <array>
+#include <cerrno>
 #include <csignal>
 #include <fcntl.h>
 #include <unistd.h>
@@ -18,8 +19,10 @@ std::array<int, 2> pipeEnds{-1, -1}; // NOLINT(cppcoreguidelines-avoid-non-const
 
 void passOn(int)
 {
+    const int interrupted = errno;
     const char byte = 0;
     [[maybe_unused]] const ssize_t written = write(pipeEnds[1], &byte, 1);
+    errno = interrupted;
 }
 
 void handle(int signal, void (*handler)(int))

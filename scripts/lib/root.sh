@@ -11,11 +11,16 @@ fi
 make_root() {
     local mirror
     scripts/setup root
-    mirror=$(apt-get indextargets --format '$(SITE)' 'Created-By: Packages' 'Label: Debian' | head -n 1)
+    mirror=$(apt-get indextargets --format '$(SITE)' 'Created-By: Packages' 'Label: Debian' |
+        awk 'NR == 1 { first = $0 } END { print first }')
+    if [ -z "$mirror" ]; then
+        echo "apt-get knows no source of Debian's packages to take a root from." >&2
+        exit 1
+    fi
     say "a clean root of $1"
     rm -rf "$2"
     mkdir -p "$(dirname "$2")"
-    # What root makes in the project is its owner's to delete and to build in.
+    # build/ stays its owner's to build in; the roots are root's to delete.
     chown --reference=. build
     mmdebstrap --quiet --variant=minbase "$1" "$2" "$mirror"
 }

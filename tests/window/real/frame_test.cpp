@@ -29,6 +29,7 @@ TEST_F(WindowFrame, flashesNoTitleBarWhileItOpens)
 {
     const auto witness = desktop().session().start({"xev", "-root", "-event", "substructure"});
     launch();
+    // The witness is there once it has seen anything; what the first launch did before that, it missed.
     ASSERT_TRUE(eventually([&] { return !witness->output().empty(); }));
     launch();
     // Every window of the screen that came or changed, frames among them.

@@ -1,6 +1,6 @@
 #include "tests/window/real/drag_test.h"
 
-// The window is resized at its edges and corners, and is never smaller than its content.
+// The window is resized at its edges and corners, and is never smaller than its least size.
 
 namespace tolvenary::session
 {

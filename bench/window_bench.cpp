@@ -151,7 +151,7 @@ int run(const std::string &program, const std::string &empty, int rounds)
         for (Subject *subject : subjects)
             round(*subject, session, display);
         // Each round begins with another: who comes first finds the least in memory.
-        std::ranges::rotate(subjects, subjects.begin() + 1);
+        std::rotate(subjects.begin(), subjects.begin() + 1, subjects.end());
     }
 
     const std::string part = "The window";

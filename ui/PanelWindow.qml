@@ -33,7 +33,9 @@ Window {
     ContentView {
         id: content
 
-        anchors.fill: parent
+        // Not by anchors: its texts are laid out before the window's root item has a size, and say how high it opens.
+        width: window.width
+        height: window.height
         coordinator: window.coordinator
         actions: window.actions
         cornerRadius: window.blended && window.visibility === Window.Windowed ? Theme.windowRadius : 0

@@ -57,11 +57,11 @@ class RealTimeChanges : public testing::Test
         EXPECT_EQ(counts.systemCalls, 0U);
     }
 
-    /// Waits for half a second of the microphone.
+    /// Waits for a second of the microphone.
     bool goesOn()
     {
         const auto before = bed.mix().micFrames();
-        return bed.waitFor([&] { return bed.mix().micFrames() > before + 24000; });
+        return bed.waitFor([&] { return bed.mix().micFrames() > before + 48000; });
     }
 
     MixBed bed{options()};
